@@ -1,0 +1,28 @@
+# Compiles kernel texts once per instruction set, each into its own namespace pxb::<target>.
+# "pairwise" is the same text in plain integers: the tails of rows, and processors without SIMD.
+set(PXB_SIMD_TARGETS pairwise mmx sse2 avx2)
+set(PXB_SIMD_FLAGS_sse2 -msse2)
+set(PXB_SIMD_FLAGS_avx2 -mavx2)
+if(PXB_X86_32)  # no SIMD register outside the kernels
+    set(PXB_SIMD_FLAGS_baseline -mno-sse -mno-mmx)
+    set(PXB_SIMD_FLAGS_mmx -mmmx -mno-sse)
+else()
+    set(PXB_SIMD_FLAGS_mmx -mmmx)
+endif()
+set(PXB_SIMD_FLAGS_pairwise ${PXB_SIMD_FLAGS_baseline})
+
+# pxb_add_simd_kernels(<library> <source>...): one object library per instruction set, linked into
+# whatever links <library>, whose own files get the baseline flags. No link-time optimisation: it would let wide code into baseline functions.
+function(pxb_add_simd_kernels library)
+    target_compile_options(${library} PRIVATE ${PXB_SIMD_FLAGS_baseline})
+    foreach(simd IN LISTS PXB_SIMD_TARGETS)
+        set(objects ${library}_${simd})
+        string(TOUPPER ${simd} upper)
+        add_library(${objects} OBJECT ${ARGN})
+        target_include_directories(${objects} PRIVATE ${PROJECT_SOURCE_DIR})
+        target_compile_definitions(${objects} PRIVATE PXB_TARGET=${simd} PXB_TARGET_${upper})
+        target_link_libraries(${objects} PRIVATE pxb_flags pxb_library_flags)
+        target_compile_options(${objects} PRIVATE ${PXB_SIMD_FLAGS_${simd}} -fno-lto)
+        target_sources(${library} INTERFACE $<TARGET_OBJECTS:${objects}>)
+    endforeach()
+endfunction()

@@ -1,0 +1,36 @@
+// Copies and depth changes between RGB24 and RGB32. Rows are `width` pixels, of any number; strides
+// are bytes; a negative height turns the source upside down.
+#pragma once
+#include "convert/processor.h"
+#include "core/rows.h"
+
+namespace pxb {
+
+using RgbCopyKernel = void(Byte* dst, std::int32_t dst_stride, const Byte* src,
+                           std::int32_t src_stride, std::int32_t width, std::int32_t height);
+
+#define PXB_DECLARE_RGB_COPIES(target)                           \
+    namespace target {                                           \
+    RgbCopyKernel ConvertRgb24ToRgb32; /* fourth byte 0 */       \
+    RgbCopyKernel ConvertRgb32ToRgb24; /* fourth byte dropped */ \
+    }
+PXB_DECLARE_RGB_COPIES(plain)
+PXB_DECLARE_RGB_COPIES(pairwise)
+PXB_DECLARE_RGB_COPIES(mmx)
+PXB_DECLARE_RGB_COPIES(sse2)
+PXB_DECLARE_RGB_COPIES(avx2)
+#undef PXB_DECLARE_RGB_COPIES
+
+// Copies are the same for all processors: no vector loop moves bytes faster than the string move.
+RgbCopyKernel CopyRgb24, CopyRgb32;
+
+constexpr Variants<RgbCopyKernel> kCopyRgb24 = {CopyRgb24, nullptr, nullptr, nullptr};
+constexpr Variants<RgbCopyKernel> kCopyRgb32 = {CopyRgb32, nullptr, nullptr, nullptr};
+constexpr Variants<RgbCopyKernel> kRgb24ToRgb32 = {
+    plain::ConvertRgb24ToRgb32, mmx::ConvertRgb24ToRgb32, sse2::ConvertRgb24ToRgb32,
+    avx2::ConvertRgb24ToRgb32};
+constexpr Variants<RgbCopyKernel> kRgb32ToRgb24 = {
+    plain::ConvertRgb32ToRgb24, mmx::ConvertRgb32ToRgb24, sse2::ConvertRgb32ToRgb24,
+    avx2::ConvertRgb32ToRgb24};
+
+}  // namespace pxb

@@ -1,0 +1,113 @@
+// YUV to RGB in plain 13-bit fixed point, from tables, and the kernel that mixes both arithmetics.
+#include "convert/yuv_to_rgb.h"
+
+#include "convert/yuv_to_rgb_rows.h"
+#include "convert/yuv_to_rgb_tables.h"
+
+namespace pxb {
+namespace {
+
+constexpr YuvToRgbTables kTables = BuildYuvToRgbTables();
+
+Byte ClampToByte(std::int32_t value) {
+    return static_cast<Byte>(value < 0 ? 0 : value > 255 ? 255 : value);
+}
+
+// What one chroma pair adds to the luma term of each channel.
+struct Chroma {
+    Chroma(Byte u, Byte v)
+        : blue(kTables.u_to_blue[u]),
+          green(-(kTables.v_to_green[v] + kTables.u_to_green[u])),
+          red(kTables.v_to_red[v]) {}
+    std::int32_t blue, green, red;
+};
+
+template <int kBytesPerPixel>
+void Shade(Byte* dst, Byte y, const Chroma& chroma) {
+    const std::int32_t luma = kTables.luma[y];
+    dst[0] = ClampToByte((luma + chroma.blue) >> 13);
+    dst[1] = ClampToByte((luma + chroma.green) >> 13);
+    dst[2] = ClampToByte((luma + chroma.red) >> 13);
+    if (kBytesPerPixel == 4) dst[3] = 0;
+}
+
+template <int kBytesPerPixel>
+void ShadePair(Byte* dst, Byte y_left, Byte y_right, const Chroma& chroma) {
+    Shade<kBytesPerPixel>(dst, y_left, chroma);
+    Shade<kBytesPerPixel>(dst + kBytesPerPixel, y_right, chroma);
+}
+
+template <int kBytesPerPixel>
+void Convert420(Byte* dst, std::int32_t dst_stride, const Byte* y, const Byte* u, const Byte* v,
+                std::int32_t y_stride, std::int32_t chroma_stride, std::int32_t width,
+                std::int32_t height) {
+    ForRowPairsOf420<kBytesPerPixel>(
+        dst, dst_stride, y, u, v, y_stride, chroma_stride, width, height,
+        [=](Byte* d0, Byte* d1, const Byte* y0, const Byte* y1, const Byte* pu, const Byte* pv) {
+            for (int j = 0; j < width / 2; ++j) {
+                const Chroma chroma(pu[j], pv[j]);
+                ShadePair<kBytesPerPixel>(d0 + 2 * kBytesPerPixel * j, y0[2 * j], y0[2 * j + 1],
+                                          chroma);
+                ShadePair<kBytesPerPixel>(d1 + 2 * kBytesPerPixel * j, y1[2 * j], y1[2 * j + 1],
+                                          chroma);
+            }
+        });
+}
+
+template <int kBytesPerPixel>
+void ConvertYuy2Pairs(Byte* dst, const Byte* src, int first, int end) {
+    for (int j = first; j < end; ++j) {
+        const Byte* const quad = src + 4 * j;
+        ShadePair<kBytesPerPixel>(dst + 2 * kBytesPerPixel * j, quad[0], quad[2],
+                                  Chroma(quad[1], quad[3]));
+    }
+}
+
+}  // namespace
+
+namespace plain {
+
+void ConvertYuv420ToRgb24(Byte* dst, std::int32_t dst_stride, const Byte* y, const Byte* u,
+                          const Byte* v, std::int32_t y_stride, std::int32_t chroma_stride,
+                          std::int32_t width, std::int32_t height) {
+    Convert420<3>(dst, dst_stride, y, u, v, y_stride, chroma_stride, width, height);
+}
+
+void ConvertYuv420ToRgb32(Byte* dst, std::int32_t dst_stride, const Byte* y, const Byte* u,
+                          const Byte* v, std::int32_t y_stride, std::int32_t chroma_stride,
+                          std::int32_t width, std::int32_t height) {
+    Convert420<4>(dst, dst_stride, y, u, v, y_stride, chroma_stride, width, height);
+}
+
+void ConvertYuy2ToRgb32(Byte* dst, std::int32_t dst_stride, const Byte* src,
+                        std::int32_t src_stride, std::int32_t width, std::int32_t height) {
+    ForRowsOfYuy2<4>(dst, dst_stride, src, src_stride, width, height,
+                     [=](Byte* d, const Byte* s) { ConvertYuy2Pairs<4>(d, s, 0, width / 2); });
+}
+
+void ConvertYuv422ToRgb24(std::int32_t width, Byte* dst, std::int32_t dst_stride, const Byte* y,
+                          std::int32_t y_stride, const Byte* u, const Byte* v,
+                          std::int32_t chroma_advance, std::int32_t height) {
+    ForRowsOf422<3>(width, dst, dst_stride, y, y_stride, u, v, chroma_advance, height,
+                    [=](Byte* d, const Byte* py, const Byte* pu, const Byte* pv) {
+                        for (int j = 0; j < width / 2; ++j)
+                            ShadePair<3>(d + 6 * j, py[2 * j], py[2 * j + 1], Chroma(pu[j], pv[j]));
+                    });
+}
+
+}  // namespace plain
+
+void ConvertYuy2ToRgb24(Byte* dst, std::int32_t dst_stride, const Byte* src,
+                        std::int32_t src_stride, std::int32_t width, std::int32_t height) {
+    constexpr Variants<Yuy2RowToRgbKernel> kRow = {pairwise::ConvertYuy2RowToRgb24, nullptr,
+                                                   sse2::ConvertYuy2RowToRgb24,
+                                                   avx2::ConvertYuy2RowToRgb24};
+    Yuy2RowToRgbKernel* const convert_run = kRow.Choose();
+    const std::int32_t run = width / 16 * 16;
+    ForRowsOfYuy2<3>(dst, dst_stride, src, src_stride, width, height, [=](Byte* d, const Byte* s) {
+        convert_run(d, s, run);
+        ConvertYuy2Pairs<3>(d, s, run / 2, width / 2);
+    });
+}
+
+}  // namespace pxb

@@ -1,0 +1,62 @@
+// YUV to RGB kernels, ITU-R BT.601 studio range, and their variants.
+//
+// Each converts whole pairs of columns (4:2:0: and of rows). A negative height turns the image
+// upside down: the RGB one for planar sources, the YUY2 one otherwise. Strides are bytes.
+#pragma once
+#include "convert/processor.h"
+#include "core/rows.h"
+
+namespace pxb {
+
+using Yuv420ToRgbKernel = void(Byte* dst, std::int32_t dst_stride, const Byte* y, const Byte* u,
+                               const Byte* v, std::int32_t y_stride, std::int32_t chroma_stride,
+                               std::int32_t width, std::int32_t height);
+
+using Yuy2ToRgbKernel = void(Byte* dst, std::int32_t dst_stride, const Byte* src,
+                             std::int32_t src_stride, std::int32_t width, std::int32_t height);
+
+// After the width / 2 samples of a row each chroma pointer advances by chroma_advance - width.
+using Yuv422ToRgbKernel = void(std::int32_t width, Byte* dst, std::int32_t dst_stride,
+                               const Byte* y, std::int32_t y_stride, const Byte* u, const Byte* v,
+                               std::int32_t chroma_advance, std::int32_t height);
+
+// One row of `width` pixels, an even number.
+using Yuy2RowToRgbKernel = void(Byte* dst, const Byte* src, std::int32_t width);
+
+namespace plain {
+Yuv420ToRgbKernel ConvertYuv420ToRgb24, ConvertYuv420ToRgb32;
+Yuy2ToRgbKernel ConvertYuy2ToRgb32;
+Yuv422ToRgbKernel ConvertYuv422ToRgb24;
+}  // namespace plain
+
+#define PXB_DECLARE_YUV_TO_RGB(target)                            \
+    namespace target {                                            \
+    Yuv420ToRgbKernel ConvertYuv420ToRgb24, ConvertYuv420ToRgb32; \
+    Yuy2ToRgbKernel ConvertYuy2ToRgb32;                           \
+    Yuy2RowToRgbKernel ConvertYuy2RowToRgb24;                     \
+    Yuv422ToRgbKernel ConvertYuv422ToRgb24;                       \
+    }
+PXB_DECLARE_YUV_TO_RGB(pairwise)
+PXB_DECLARE_YUV_TO_RGB(mmx)
+PXB_DECLARE_YUV_TO_RGB(sse2)
+PXB_DECLARE_YUV_TO_RGB(avx2)
+#undef PXB_DECLARE_YUV_TO_RGB
+
+// A single kernel for all processors: in each row the first 16 * (width / 16) pixels take the SIMD
+// arithmetic and the rest the plain one. Callers depend on both.
+Yuy2ToRgbKernel ConvertYuy2ToRgb24;
+
+constexpr Variants<Yuv420ToRgbKernel> kYuv420ToRgb24 = {
+    plain::ConvertYuv420ToRgb24, mmx::ConvertYuv420ToRgb24, sse2::ConvertYuv420ToRgb24,
+    avx2::ConvertYuv420ToRgb24};
+constexpr Variants<Yuv420ToRgbKernel> kYuv420ToRgb32 = {
+    plain::ConvertYuv420ToRgb32, mmx::ConvertYuv420ToRgb32, sse2::ConvertYuv420ToRgb32,
+    avx2::ConvertYuv420ToRgb32};
+constexpr Variants<Yuy2ToRgbKernel> kYuy2ToRgb24 = {ConvertYuy2ToRgb24, nullptr, nullptr, nullptr};
+constexpr Variants<Yuy2ToRgbKernel> kYuy2ToRgb32 = {
+    plain::ConvertYuy2ToRgb32, mmx::ConvertYuy2ToRgb32, sse2::ConvertYuy2ToRgb32,
+    avx2::ConvertYuy2ToRgb32};
+constexpr Variants<Yuv422ToRgbKernel> kYuv422ToRgb24 = {
+    plain::ConvertYuv422ToRgb24, nullptr, sse2::ConvertYuv422ToRgb24, avx2::ConvertYuv422ToRgb24};
+
+}  // namespace pxb

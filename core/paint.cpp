@@ -1,0 +1,59 @@
+#include "core/paint.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace pxb {
+namespace {
+
+// The string store keeps pace with memset, which has no form for words, at every size and on every
+// processor, without a SIMD register.
+void PaintWords(std::uint8_t* dst, std::uint32_t word, std::size_t count) {
+    __asm__ volatile("rep stosl" : "+D"(dst), "+c"(count) : "a"(word) : "memory");
+}
+
+// Patterns that no word holds: the run grows by copies of its own beginning, first by all of it, later
+// by a piece that stays in the first cache.
+void PaintByCopies(std::uint8_t* dst, const Pattern& pattern, std::size_t bytes) {
+    constexpr std::size_t kLargestPiece = 3 << 13;  // whole patterns of 3 bytes
+    std::size_t done = std::min(bytes, static_cast<std::size_t>(pattern.size));
+    std::memcpy(dst, pattern.bytes, done);
+    while (done < bytes) {
+        const std::size_t piece = std::min({done, bytes - done, kLargestPiece});
+        std::memcpy(dst + done, dst, piece);
+        done += piece;
+    }
+}
+
+void PaintRun(std::uint8_t* dst, const Pattern& pattern, std::size_t count) {
+    switch (pattern.size) {
+        case 1:
+            std::memset(dst, pattern.bytes[0], count);
+            break;
+        case 4: {
+            std::uint32_t word;
+            std::memcpy(&word, pattern.bytes, sizeof word);
+            PaintWords(dst, word, count);
+            break;
+        }
+        default:
+            PaintByCopies(dst, pattern, count * static_cast<std::size_t>(pattern.size));
+    }
+}
+
+}  // namespace
+
+void PaintRows(std::uint8_t* data, std::int32_t stride, const Pattern& pattern, std::int32_t count,
+               std::int32_t height) {
+    const auto columns = static_cast<std::size_t>(count), rows = static_cast<std::size_t>(height);
+    const bool tight = stride == static_cast<std::int64_t>(count) * pattern.size;
+    if (tight) return PaintRun(data, pattern, columns * rows);
+    for (std::size_t y = 0; y < rows; ++y)
+        PaintRun(data + static_cast<std::ptrdiff_t>(y) * stride, pattern, columns);
+}
+
+void PaintPlane(std::uint8_t* data, std::uint8_t value, std::int64_t bytes) {
+    std::memset(data, value, static_cast<std::size_t>(bytes));
+}
+
+}  // namespace pxb

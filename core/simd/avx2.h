@@ -1,0 +1,199 @@
+// AVX2: 32 pixels, 256-bit registers. Widening, doubling and narrowing work inside 128-bit blocks,
+// so "low" lanes are the low halves of both blocks; loads and stores alone move between blocks.
+#pragma once
+#include <immintrin.h>
+
+#include "core/rows.h"
+
+namespace pxb::PXB_TARGET {
+
+struct Wide {
+    static constexpr int kPixels = 32;
+    static constexpr int kBgr0 = 4;
+    struct Bytes {
+        __m256i all;
+    };
+    struct Words {
+        __m256i all;
+    };
+    struct Pixels {
+        __m256i quarter[4];  // 8 pixels each
+    };
+    struct Uv {
+        __m256i all;  // signed bytes u, v in each 16-bit lane
+    };
+    struct Weights {
+        __m256i all;  // unsigned bytes in the order of Uv
+    };
+    struct Yuy2 {
+        Bytes low, high;
+        Uv uv_low, uv_high;
+    };
+
+    static PXB_INLINE Words Set(int value) {
+        return {_mm256_set1_epi16(static_cast<short>(value))};
+    }
+    static PXB_INLINE Words Factor(int value) {
+        Words words = Set(value);
+        __asm__("" : "+x"(words.all));
+        return words;
+    }
+
+    static PXB_INLINE Bytes Load(const Byte* src) { return {LoadAll(src)}; }
+    template <int kStore>
+    static PXB_INLINE Bytes LoadFor(const Byte* src) {
+        return {Deal<kStore>(LoadAll(src))};
+    }
+    template <int kStore>
+    static PXB_INLINE Uv LoadUvFor(const Byte* u, const Byte* v) {
+        const __m128i us = LoadBlock(u), vs = LoadBlock(v);
+        const __m256i uv = _mm256_set_m128i(_mm_unpackhi_epi8(us, vs), _mm_unpacklo_epi8(us, vs));
+        return Signed(Deal<kStore>(uv));
+    }
+    template <int kStore>
+    static PXB_INLINE Yuy2 LoadYuy2For(const Byte* src) {
+        const __m256i a = LoadAll(src), b = LoadAll(src + 32);
+        const bool deal = kStore == kBgr0;
+        const __m256i low = deal ? Alternate(a) : _mm256_permute2x128_si256(a, b, 0x20);
+        const __m256i high = deal ? Alternate(b) : _mm256_permute2x128_si256(a, b, 0x31);
+        const __m256i twice = TwiceInBlocks(1, 3, 1, 3, 5, 7, 5, 7, 9, 11, 9, 11, 13, 15, 13, 15);
+        return {{low},
+                {high},
+                Signed(_mm256_shuffle_epi8(low, twice)),
+                Signed(_mm256_shuffle_epi8(high, twice))};
+    }
+    // The last quarter is loaded 8 bytes early, so that nothing behind the pixels is read.
+    static PXB_INLINE Pixels LoadBgr(const Byte* src) {
+        const __m256i apart = _mm256_setr_epi32(0, 1, 2, 3, 3, 4, 5, 6);
+        const __m256i apart_late = _mm256_setr_epi32(2, 3, 4, 5, 5, 6, 7, 7);
+        const __m256i widen = TwiceInBlocks(0, 1, 2, -1, 3, 4, 5, -1, 6, 7, 8, -1, 9, 10, 11, -1);
+        const auto spread = [&](const Byte* at, __m256i dwords) PXB_INLINE_LAMBDA {
+            return _mm256_shuffle_epi8(_mm256_permutevar8x32_epi32(LoadAll(at), dwords), widen);
+        };
+        return {{spread(src, apart), spread(src + 24, apart), spread(src + 48, apart),
+                 spread(src + 64, apart_late)}};
+    }
+    static PXB_INLINE Pixels LoadBgrx(const Byte* src) {
+        return {{LoadAll(src), LoadAll(src + 32), LoadAll(src + 64), LoadAll(src + 96)}};
+    }
+
+    static PXB_INLINE void Store(Byte* dst, Bytes a) { StoreAll(dst, a.all); }
+    // Each quarter becomes 24 bytes, turned so that they stand where the output needs them.
+    static PXB_INLINE void StoreBgr(Byte* dst, const Pixels& a) {
+        const __m256i drop = TwiceInBlocks(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1);
+        const auto squeeze = [&](__m256i pixels, __m256i dwords) PXB_INLINE_LAMBDA {
+            return _mm256_permutevar8x32_epi32(_mm256_shuffle_epi8(pixels, drop), dwords);
+        };
+        const __m256i p = squeeze(a.quarter[0], _mm256_setr_epi32(0, 1, 2, 4, 5, 6, 3, 3));
+        const __m256i q = squeeze(a.quarter[1], _mm256_setr_epi32(2, 4, 5, 6, 3, 3, 0, 1));
+        const __m256i r = squeeze(a.quarter[2], _mm256_setr_epi32(5, 6, 3, 3, 0, 1, 2, 4));
+        const __m256i s = squeeze(a.quarter[3], _mm256_setr_epi32(3, 3, 0, 1, 2, 4, 5, 6));
+        StoreAll(dst, _mm256_blend_epi32(p, q, 0b11000000));
+        StoreAll(dst + 32, _mm256_blend_epi32(q, r, 0b11110000));
+        StoreAll(dst + 64, _mm256_blend_epi32(r, s, 0b11111100));
+    }
+    static PXB_INLINE void StoreBgrx(Byte* dst, const Pixels& a) {
+        for (int i = 0; i < 4; ++i) StoreAll(dst + 32 * i, a.quarter[i]);
+    }
+    // Three shuffles put each sample into its place in one of three registers of 16 bytes a block;
+    // blends gather them.
+    static PXB_INLINE void StoreBgr(Byte* dst, Bytes b, Bytes g, Bytes r) {
+        const __m256i bs = _mm256_shuffle_epi8(
+            b.all, TwiceInBlocks(0, 11, 6, 1, 12, 7, 2, 13, 8, 3, 14, 9, 4, 15, 10, 5));
+        const __m256i gs = _mm256_shuffle_epi8(
+            g.all, TwiceInBlocks(5, 0, 11, 6, 1, 12, 7, 2, 13, 8, 3, 14, 9, 4, 15, 10));
+        const __m256i rs = _mm256_shuffle_epi8(
+            r.all, TwiceInBlocks(10, 5, 0, 11, 6, 1, 12, 7, 2, 13, 8, 3, 14, 9, 4, 15));
+        const __m256i third = TwiceInBlocks(0, 0, -1, 0, 0, -1, 0, 0, -1, 0, 0, -1, 0, 0, -1, 0);
+        const __m256i second = TwiceInBlocks(0, -1, 0, 0, -1, 0, 0, -1, 0, 0, -1, 0, 0, -1, 0, 0);
+        const auto gather = [&](__m256i x, __m256i y, __m256i z) PXB_INLINE_LAMBDA {
+            return _mm256_blendv_epi8(_mm256_blendv_epi8(x, y, second), z, third);
+        };
+        const __m256i first16 = gather(bs, gs, rs);
+        const __m256i second16 = gather(gs, rs, bs);
+        const __m256i third16 = gather(rs, bs, gs);
+        StoreAll(dst, _mm256_permute2x128_si256(first16, second16, 0x20));
+        StoreAll(dst + 32, _mm256_blend_epi32(third16, first16, 0b11110000));
+        StoreAll(dst + 64, _mm256_permute2x128_si256(second16, third16, 0x31));
+    }
+    static PXB_INLINE void StoreBgr0(Byte* dst, Bytes b, Bytes g, Bytes r) {
+        const __m256i zero = _mm256_setzero_si256();
+        const __m256i bg_low = _mm256_unpacklo_epi8(b.all, g.all);
+        const __m256i bg_high = _mm256_unpackhi_epi8(b.all, g.all);
+        const __m256i r0_low = _mm256_unpacklo_epi8(r.all, zero);
+        const __m256i r0_high = _mm256_unpackhi_epi8(r.all, zero);
+        StoreAll(dst, _mm256_unpacklo_epi16(bg_low, r0_low));
+        StoreAll(dst + 32, _mm256_unpackhi_epi16(bg_low, r0_low));
+        StoreAll(dst + 64, _mm256_unpacklo_epi16(bg_high, r0_high));
+        StoreAll(dst + 96, _mm256_unpackhi_epi16(bg_high, r0_high));
+    }
+
+    static PXB_INLINE Weights FactorU(int u) { return FactorUv(u, 0); }
+    static PXB_INLINE Weights FactorV(int v) { return FactorUv(0, v); }
+    static PXB_INLINE Weights FactorUv(int u, int v) { return {Factor(u | v << 8).all}; }
+    static PXB_INLINE Words Weigh(Uv uv, Weights weights) {
+        return {_mm256_maddubs_epi16(weights.all, uv.all)};
+    }
+    static PXB_INLINE Words MulEven(Bytes a, Words factor) {
+        return {_mm256_maddubs_epi16(a.all, factor.all)};
+    }
+    static PXB_INLINE Words MulOdd(Bytes a, Words factor) {
+        return {_mm256_maddubs_epi16(a.all, _mm256_slli_epi16(factor.all, 8))};
+    }
+    static PXB_INLINE Bytes Join(Words even, Words odd) {
+        return {_mm256_shuffle_epi8(
+            Narrow(even, odd).all,
+            TwiceInBlocks(0, 8, 1, 9, 2, 10, 3, 11, 4, 12, 5, 13, 6, 14, 7, 15))};
+    }
+    static PXB_INLINE Bytes Narrow(Words low, Words high) {
+        return {_mm256_packus_epi16(low.all, high.all)};
+    }
+    template <int kByte>
+    static PXB_INLINE Bytes NarrowByte(const Pixels& a) {
+        const auto byte = [](__m256i p) PXB_INLINE_LAMBDA {
+            return _mm256_and_si256(_mm256_srli_epi32(p, 8 * kByte), _mm256_set1_epi32(0xFF));
+        };
+        const __m256i mixed =
+            _mm256_packus_epi16(_mm256_packus_epi32(byte(a.quarter[0]), byte(a.quarter[1])),
+                                _mm256_packus_epi32(byte(a.quarter[2]), byte(a.quarter[3])));
+        return {_mm256_permutevar8x32_epi32(mixed, _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7))};
+    }
+
+    static PXB_INLINE Words Add(Words a, Words b) { return {_mm256_adds_epi16(a.all, b.all)}; }
+    static PXB_INLINE Words Sub(Words a, Words b) { return {_mm256_subs_epi16(a.all, b.all)}; }
+    template <int kBits>
+    static PXB_INLINE Words ShiftRight(Words a) {
+        return {_mm256_srai_epi16(a.all, kBits)};
+    }
+    static PXB_INLINE void Leave() {}
+
+  private:
+    static PXB_INLINE __m256i LoadAll(const Byte* src) {
+        return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(src));
+    }
+    // For StoreBgr0: groups of four pixels go to the two blocks in turn, so that interleaving
+    // inside blocks leaves neighbours side by side.
+    template <int kStore>
+    static PXB_INLINE __m256i Deal(__m256i a) {
+        if (kStore != kBgr0) return a;
+        return _mm256_permutevar8x32_epi32(a, _mm256_setr_epi32(0, 2, 4, 6, 1, 3, 5, 7));
+    }
+    static PXB_INLINE __m256i Alternate(__m256i a) {
+        return _mm256_permute4x64_epi64(a, _MM_SHUFFLE(3, 1, 2, 0));
+    }
+    static PXB_INLINE __m128i LoadBlock(const Byte* src) {
+        return _mm_loadu_si128(reinterpret_cast<const __m128i*>(src));
+    }
+    static PXB_INLINE Uv Signed(__m256i uv) {
+        return {_mm256_xor_si256(uv, _mm256_set1_epi8(static_cast<char>(0x80)))};
+    }
+    static PXB_INLINE void StoreAll(Byte* dst, __m256i a) {
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst), a);
+    }
+    template <class... Index>
+    static PXB_INLINE __m256i TwiceInBlocks(Index... index) {
+        return _mm256_broadcastsi128_si256(_mm_setr_epi8(static_cast<char>(index)...));
+    }
+};
+
+}  // namespace pxb::PXB_TARGET

@@ -1,0 +1,162 @@
+// MMX: 8 pixels, 64-bit registers.
+#pragma once
+#include <mmintrin.h>
+
+#include "core/rows.h"
+
+namespace pxb::PXB_TARGET {
+
+struct Wide {
+    static constexpr int kPixels = 8;
+    struct Bytes {
+        __m64 all;
+    };
+    struct Words {
+        __m64 all;
+    };
+    struct Pixels {
+        __m64 quarter[4];  // 2 pixels each
+    };
+    struct Uv {
+        Words u, v;
+    };
+    struct WeightU {
+        Words factor;
+    };
+    struct WeightV {
+        Words factor;
+    };
+    struct WeightUv {
+        Words u, v;
+    };
+    struct Yuy2 {
+        Bytes low, high;
+        Uv uv_low, uv_high;
+    };
+
+    static PXB_INLINE Words Set(int value) { return {_mm_set1_pi16(static_cast<short>(value))}; }
+    static PXB_INLINE Words Factor(int value) { return Set(value); }
+
+    static PXB_INLINE Bytes Load(const Byte* src) { return {LoadAll(src)}; }
+    template <int>
+    static PXB_INLINE Bytes LoadFor(const Byte* src) {
+        return Load(src);
+    }
+    template <int>
+    static PXB_INLINE Uv LoadUvFor(const Byte* u, const Byte* v) {
+        return {Signed(LoadHalf(u)), Signed(LoadHalf(v))};
+    }
+    template <int>
+    static PXB_INLINE Yuy2 LoadYuy2For(const Byte* src) {
+        const __m64 low = LoadAll(src), high = LoadAll(src + 8);
+        return {{low}, {high}, TwiceUv(low), TwiceUv(high)};
+    }
+    static PXB_INLINE Pixels LoadBgr(const Byte* src) {
+        const __m64 a = LoadAll(src), b = LoadAll(src + 8), c = LoadAll(src + 16);
+        return {{Spread(a), Spread(_mm_or_si64(_mm_srli_si64(a, 48), _mm_slli_si64(b, 16))),
+                 Spread(_mm_or_si64(_mm_srli_si64(b, 32), _mm_slli_si64(c, 32))),
+                 Spread(_mm_srli_si64(c, 16))}};
+    }
+    static PXB_INLINE Pixels LoadBgrx(const Byte* src) {
+        return {{LoadAll(src), LoadAll(src + 8), LoadAll(src + 16), LoadAll(src + 24)}};
+    }
+
+    static PXB_INLINE void Store(Byte* dst, Bytes a) { StoreAll(dst, a.all); }
+    static PXB_INLINE void StoreBgr(Byte* dst, const Pixels& a) {
+        const __m64 p = Squeeze(a.quarter[0]), q = Squeeze(a.quarter[1]), r = Squeeze(a.quarter[2]),
+                    s = Squeeze(a.quarter[3]);
+        StoreAll(dst, _mm_or_si64(p, _mm_slli_si64(q, 48)));
+        StoreAll(dst + 8, _mm_or_si64(_mm_srli_si64(q, 16), _mm_slli_si64(r, 32)));
+        StoreAll(dst + 16, _mm_or_si64(_mm_srli_si64(r, 32), _mm_slli_si64(s, 16)));
+    }
+    static PXB_INLINE void StoreBgrx(Byte* dst, const Pixels& a) {
+        for (int i = 0; i < 4; ++i) StoreAll(dst + 8 * i, a.quarter[i]);
+    }
+    static PXB_INLINE void StoreBgr(Byte* dst, Bytes b, Bytes g, Bytes r) {
+        StoreBgr(dst, Interleave(b, g, r));
+    }
+    static PXB_INLINE void StoreBgr0(Byte* dst, Bytes b, Bytes g, Bytes r) {
+        StoreBgrx(dst, Interleave(b, g, r));
+    }
+
+    static PXB_INLINE WeightU FactorU(int u) { return {Factor(u)}; }
+    static PXB_INLINE WeightV FactorV(int v) { return {Factor(v)}; }
+    static PXB_INLINE WeightUv FactorUv(int u, int v) { return {Factor(u), Factor(v)}; }
+    static PXB_INLINE Words Weigh(Uv uv, WeightU weight) { return Mul(uv.u, weight.factor); }
+    static PXB_INLINE Words Weigh(Uv uv, WeightV weight) { return Mul(uv.v, weight.factor); }
+    static PXB_INLINE Words Weigh(Uv uv, WeightUv weights) {
+        return Add(Mul(uv.u, weights.u), Mul(uv.v, weights.v));
+    }
+    static PXB_INLINE Words MulEven(Bytes a, Words factor) {
+        return Mul({_mm_and_si64(a.all, _mm_set1_pi16(0xFF))}, factor);
+    }
+    static PXB_INLINE Words MulOdd(Bytes a, Words factor) {
+        return Mul({_mm_srli_pi16(a.all, 8)}, factor);
+    }
+    static PXB_INLINE Bytes Join(Words even, Words odd) {
+        const __m64 apart = Narrow(even, odd).all;
+        return {_mm_unpacklo_pi8(apart, _mm_srli_si64(apart, 32))};
+    }
+    static PXB_INLINE Bytes Narrow(Words low, Words high) {
+        return {_mm_packs_pu16(low.all, high.all)};
+    }
+    template <int kByte>
+    static PXB_INLINE Bytes NarrowByte(const Pixels& a) {
+        const auto byte = [](__m64 p) PXB_INLINE_LAMBDA {
+            return _mm_and_si64(_mm_srli_pi32(p, 8 * kByte), _mm_set1_pi32(0xFF));
+        };
+        return {_mm_packs_pu16(_mm_packs_pi32(byte(a.quarter[0]), byte(a.quarter[1])),
+                               _mm_packs_pi32(byte(a.quarter[2]), byte(a.quarter[3])))};
+    }
+
+    static PXB_INLINE Words Add(Words a, Words b) { return {_mm_adds_pi16(a.all, b.all)}; }
+    static PXB_INLINE Words Sub(Words a, Words b) { return {_mm_subs_pi16(a.all, b.all)}; }
+    template <int kBits>
+    static PXB_INLINE Words ShiftRight(Words a) {
+        return {_mm_srai_pi16(a.all, kBits)};
+    }
+    static PXB_INLINE void Leave() { _mm_empty(); }
+
+  private:
+    static PXB_INLINE __m64 LoadAll(const Byte* src) {
+        __m64 a;
+        __builtin_memcpy(&a, src, sizeof a);
+        return a;
+    }
+    static PXB_INLINE void StoreAll(Byte* dst, __m64 a) { __builtin_memcpy(dst, &a, sizeof a); }
+    static PXB_INLINE Words LoadHalf(const Byte* src) {
+        int half;
+        __builtin_memcpy(&half, src, sizeof half);
+        return {_mm_unpacklo_pi8(_mm_cvtsi32_si64(half), _mm_setzero_si64())};
+    }
+    // u and v of each pair of pixels, once for each pixel.
+    static PXB_INLINE Uv TwiceUv(__m64 yuy2) {
+        const __m64 v = _mm_srli_pi32(yuy2, 24);
+        const __m64 u = _mm_srli_pi32(_mm_slli_pi32(yuy2, 16), 24);
+        return {Signed({_mm_or_si64(u, _mm_slli_pi32(u, 16))}),
+                Signed({_mm_or_si64(v, _mm_slli_pi32(v, 16))})};
+    }
+    static PXB_INLINE Words Signed(Words a) { return Sub(a, Set(128)); }
+    static PXB_INLINE Words Mul(Words a, Words b) { return {_mm_mullo_pi16(a.all, b.all)}; }
+    static PXB_INLINE Pixels Interleave(Bytes b, Bytes g, Bytes r) {
+        const __m64 zero = _mm_setzero_si64();
+        const __m64 bg_low = _mm_unpacklo_pi8(b.all, g.all);
+        const __m64 bg_high = _mm_unpackhi_pi8(b.all, g.all);
+        const __m64 r0_low = _mm_unpacklo_pi8(r.all, zero);
+        const __m64 r0_high = _mm_unpackhi_pi8(r.all, zero);
+        return {{_mm_unpacklo_pi16(bg_low, r0_low), _mm_unpackhi_pi16(bg_low, r0_low),
+                 _mm_unpacklo_pi16(bg_high, r0_high), _mm_unpackhi_pi16(bg_high, r0_high)}};
+    }
+    // 6 bytes to 2 lanes, and back.
+    static PXB_INLINE __m64 Spread(__m64 a) {
+        return _mm_or_si64(_mm_and_si64(a, FirstPixel()),
+                           _mm_and_si64(_mm_slli_si64(a, 8), _mm_slli_si64(FirstPixel(), 32)));
+    }
+    static PXB_INLINE __m64 Squeeze(__m64 a) {
+        return _mm_or_si64(_mm_and_si64(a, FirstPixel()),
+                           _mm_and_si64(_mm_srli_si64(a, 8), _mm_slli_si64(FirstPixel(), 24)));
+    }
+    static PXB_INLINE __m64 FirstPixel() { return _mm_set_pi32(0, 0xFFFFFF); }
+};
+
+}  // namespace pxb::PXB_TARGET

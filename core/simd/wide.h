@@ -1,0 +1,40 @@
+// Wide: the widest registers of the instruction set that a kernel file is being compiled for; Pair:
+// two pixels in plain integers, which finish each row with the same arithmetic. Both offer the same
+// operations. `Bytes` holds kPixels samples, `Words` half as many signed 16-bit lanes, `Pixels` holds
+// kPixels 32-bit lanes B G R X.
+//
+//     Set(n) Factor(n)           n in every lane of Words. Factor hides the value from the optimiser,
+//                                which otherwise turns products into shifts and adds
+//     Load                       kPixels bytes
+//     LoadFor<n> LoadUvFor<n>    kPixels bytes; kPixels / 2 pairs of chroma, from two planes
+//     LoadYuy2For<n>             kPixels pixels Y0 U Y1 V, with u and v for each pixel. On their way to a
+//                                store of n bytes a pixel, which may want lanes in an order of its own
+//     LoadBgr LoadBgrx           kPixels pixels of 3 bytes (X becomes 0) or of 4
+//     Store                      Bytes
+//     StoreBgr StoreBgrx         Pixels, as pixels of 3 bytes or of 4
+//     StoreBgr StoreBgr0         three Bytes B, G, R, as pixels of 3 bytes, or of 4 with X = 0
+//     FactorU FactorV FactorUv   weights of u = U - 128 and v = V - 128, each 0 to 255
+//     Weigh(uv, weights)         their weighted sum, a Words
+//     MulEven MulOdd             every second byte of Bytes times Words, 0 to 127
+//     Join(even, odd)            Words to Bytes, clamped to 0..255; undoes MulEven, MulOdd
+//     Narrow(low, high)          the same, for the two halves of a LoadYuy2For
+//     NarrowByte<k>              byte k of each lane of Pixels
+//     Add Sub ShiftRight<n>      on Words; Add and Sub saturate, ShiftRight is arithmetic
+//     Leave                      at the end of each kernel: MMX hands the floating-point registers back
+//
+// No operation touches memory outside its pixels.
+#pragma once
+
+#include "core/simd/pair.h"
+
+#if defined(PXB_TARGET_MMX)
+#include "core/simd/mmx.h"
+#elif defined(PXB_TARGET_SSE2)
+#include "core/simd/sse2.h"
+#elif defined(PXB_TARGET_AVX2)
+#include "core/simd/avx2.h"
+#elif defined(PXB_TARGET_PAIRWISE)
+namespace pxb::PXB_TARGET {
+using Wide = Pair;
+}
+#endif
