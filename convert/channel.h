@@ -10,27 +10,25 @@ using Rgb32ChannelKernel = void(Byte* dst, std::int32_t dst_stride, const Byte* 
                                 std::int32_t src_stride, std::int32_t width, std::int32_t height,
                                 std::int32_t byte);
 
-namespace plain {
-Rgb32ChannelKernel TakeRgb32Channel;
-}
-namespace pairwise {
-Rgb32ChannelKernel TakeRgb32Channel;
-}
-namespace mmx {
-Rgb32ChannelKernel TakeRgb32Channel;
-}
-namespace sse2 {
-Rgb32ChannelKernel TakeRgb32Channel;
-}
-namespace avx2 {
-Rgb32ChannelKernel TakeRgb32Channel;
-}
+// Grey of each pixel, (151 G + 77 R + 28 B) >> 8: full range, the weights sum to 256.
+using Rgb24GreyKernel = void(Byte* dst, std::int32_t dst_stride, const Byte* src,
+                             std::int32_t src_stride, std::int32_t width, std::int32_t height);
+
+#define PXB_DECLARE_CHANNEL(target)      \
+    namespace target {                   \
+    Rgb32ChannelKernel TakeRgb32Channel; \
+    Rgb24GreyKernel TakeRgb24Grey;       \
+    }
+PXB_DECLARE_CHANNEL(plain)
+PXB_DECLARE_CHANNEL(pairwise)
+PXB_DECLARE_CHANNEL(mmx)
+PXB_DECLARE_CHANNEL(sse2)
+PXB_DECLARE_CHANNEL(avx2)
+#undef PXB_DECLARE_CHANNEL
 
 constexpr Variants<Rgb32ChannelKernel> kRgb32Channel = {
     plain::TakeRgb32Channel, nullptr, sse2::TakeRgb32Channel, avx2::TakeRgb32Channel};
-
-// Grey of each RGB24 pixel, (151 G + 77 R + 28 B) >> 8: full range, the weights sum to 256.
-void TakeRgb24Grey(Byte* dst, std::int32_t dst_stride, const Byte* src, std::int32_t src_stride,
-                   std::int32_t width, std::int32_t height);
+constexpr Variants<Rgb24GreyKernel> kRgb24Grey = {plain::TakeRgb24Grey, nullptr,
+                                                  sse2::TakeRgb24Grey, avx2::TakeRgb24Grey};
 
 }  // namespace pxb

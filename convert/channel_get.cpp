@@ -1,40 +1,42 @@
-// PxbChannelGet: checks the records and takes one channel of packed RGB.
+// PxbChannelGet: checks the records and takes one channel of packed RGB, or the luma of any image.
 #include "convert/channel.h"
+#include "core/copy.h"
 #include "core/planes.h"
 
 namespace pxb {
 namespace {
 
-constexpr std::int32_t kFirstChannel = 1, kLastChannel = 4;
+constexpr std::int32_t kFirstChannel = 1, kLastChannel = 4, kLuma = 5;
+
+// Bytes from one destination row to the next. The advance over the padding is computed from the
+// destination's own width, so that rows do not start at multiples of the stride where widths differ.
+std::int32_t RowStep(const ImageBuffer& to, const ImageBuffer& from) {
+    return from.width + to.stride - to.width;
+}
 
 // RGB24 has no fourth byte: channel 1 is its grey level.
 ResultCode FromRgb24(const ImageBuffer& to, const ImageBuffer& from, std::int32_t channel) {
     if (channel < kFirstChannel || channel > kLastChannel) return PXB_BAD_ARGUMENT;
     if (channel != 1) return PXB_UNSUPPORTED;
-    TakeRgb24Grey(to.data, to.stride, from.data, from.stride, from.width, from.height);
+    const Extent all = CommonExtent(from, from);
+    kRgb24Grey.Choose()(to.data, RowStep(to, from), from.data, from.stride, all.width, all.height);
     return PXB_SUCCESS;
 }
 
 ResultCode FromRgb32(const ImageBuffer& to, const ImageBuffer& from, std::int32_t channel) {
     if (channel < kFirstChannel || channel > kLastChannel) return PXB_BAD_ARGUMENT;
-    const std::int32_t byte = kLastChannel - channel;
-    kRgb32Channel.Choose()(to.data, to.stride, from.data, from.stride, from.width, from.height,
-                           byte);
+    const Extent all = CommonExtent(from, from);
+    kRgb32Channel.Choose()(to.data, RowStep(to, from), from.data, from.stride, all.width,
+                           all.height, kLastChannel - channel);
     return PXB_SUCCESS;
 }
 
-}  // namespace
-}  // namespace pxb
-
-int32_t PXB_CALL PxbChannelGet(ImageBuffer* dst, const ImageBuffer* src, int32_t channel) {
-    using namespace pxb;
-    if (!dst->data) return PXB_BAD_ARGUMENT;
-    if (!src->data) return PXB_BAD_ARGUMENT;
-    switch (src->format) {
+ResultCode FromPackedRgb(const ImageBuffer& to, const ImageBuffer& from, std::int32_t channel) {
+    switch (from.format) {
         case PXB_RGB24:
-            return FromRgb24(*dst, *src, channel);
+            return FromRgb24(to, from, channel);
         case PXB_RGB32:
-            return FromRgb32(*dst, *src, channel);
+            return FromRgb32(to, from, channel);
         case PXB_YV12:
         case PXB_YUY2:
         case PXB_I420:
@@ -44,4 +46,29 @@ int32_t PXB_CALL PxbChannelGet(ImageBuffer* dst, const ImageBuffer* src, int32_t
         default:
             return PXB_BAD_ARGUMENT;
     }
+}
+
+// Luma by way of a temporary image, of rounded size. Failures leave the destination as it is and are
+// not reported: callers depend on the 0.
+void TakeLuma(const ImageBuffer& to, const ImageBuffer& from) {
+    ImageBuffer luma = {};
+    luma.format = PXB_YV12;
+    luma.width = from.width;
+    luma.height = from.height;
+    if (PxbNew(&luma, 0) != PXB_SUCCESS) return;
+    if (PxbColorSpaceConv(&luma, &from) == PXB_SUCCESS && HasPixels(luma))
+        CopyRows(to.data, to.stride, luma.data, luma.stride, luma.stride, luma.height);
+    PxbDelete(&luma);
+}
+
+}  // namespace
+}  // namespace pxb
+
+int32_t PXB_CALL PxbChannelGet(ImageBuffer* dst, const ImageBuffer* src, int32_t channel) {
+    using namespace pxb;
+    if (!dst->data) return PXB_BAD_ARGUMENT;
+    if (!src->data) return PXB_BAD_ARGUMENT;
+    if (channel != kLuma) return FromPackedRgb(*dst, *src, channel);
+    TakeLuma(*dst, *src);
+    return PXB_SUCCESS;
 }

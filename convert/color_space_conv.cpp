@@ -1,6 +1,8 @@
 // PxbColorSpaceConv: checks the records, routes by source and destination format, and calls one
 // kernel. Functions below answer for one source format each.
 #include "convert/rgb_copies.h"
+#include "convert/rgb_to_yuv.h"
+#include "convert/yuv_reshuffles.h"
 #include "convert/yuv_to_rgb.h"
 #include "core/planes.h"
 
@@ -14,7 +16,8 @@ ResultCode RunPacked(Yuy2ToRgbKernel* kernel, const ImageBuffer& to, const Image
     return PXB_SUCCESS;
 }
 
-ResultCode Run420ToRgb(Yuv420ToRgbKernel* kernel, const ImageBuffer& to, const ImageBuffer& from) {
+// And those from planar 4:2:0 to anything that starts at one address.
+ResultCode Run420(Yuv420ToRgbKernel* kernel, const ImageBuffer& to, const ImageBuffer& from) {
     const Extent area = CommonExtent(to, from);
     const Planes420 planes = PlanesOf420(from);
     kernel(to.data, to.stride, planes.y, planes.u, planes.v, planes.stride, planes.chroma_stride,
@@ -22,14 +25,72 @@ ResultCode Run420ToRgb(Yuv420ToRgbKernel* kernel, const ImageBuffer& to, const I
     return PXB_SUCCESS;
 }
 
-// Planar 4:2:2 has tight rows of the common width; its planes are placed by the partner's width and
-// the common height, also where the image itself is taller.
+// And those from packed images to planar 4:2:0.
+ResultCode RunTo420(RgbToYuv420Kernel* kernel, const ImageBuffer& to, const ImageBuffer& from) {
+    const Extent area = CommonExtent(to, from);
+    const Planes420 planes = PlanesOf420(to);
+    kernel(planes.y, planes.u, planes.v, planes.stride, planes.chroma_stride, from.data,
+           from.stride, area.width, area.height);
+    return PXB_SUCCESS;
+}
+
+ResultCode RunRgb32ToNv12(const ImageBuffer& to, const ImageBuffer& from) {
+    const Extent area = CommonExtent(to, from);
+    const PlanesNv12 planes = PlanesOfNv12(to);
+    kRgb32ToNv12.Choose()(planes.y, planes.uv, planes.stride, planes.stride, from.data, from.stride,
+                          area.width, area.height);
+    return PXB_SUCCESS;
+}
+
+ResultCode RunNv12ToRgb32(const ImageBuffer& to, const ImageBuffer& from) {
+    const Extent area = CommonExtent(to, from);
+    const PlanesNv12 planes = PlanesOfNv12(from);
+    kNv12ToRgb32.Choose()(to.data, to.stride, planes.y, planes.uv, planes.stride, planes.stride,
+                          area.width, area.height);
+    return PXB_SUCCESS;
+}
+
+// The planes of YUV422 are placed by the destination's width and the common height, also where the
+// image itself is taller. Its rows are tight, and those of a YUY2 partner are taken as tight too.
+Planes422 PlanesBeside(const ImageBuffer& planar, const ImageBuffer& to, const Extent& area) {
+    return PlanesOf422(planar.data, to.width, area.height);
+}
+
 ResultCode Run422ToRgb24(const ImageBuffer& to, const ImageBuffer& from) {
     const Extent area = CommonExtent(to, from);
-    const Planes422 planes = PlanesOf422(from.data, to.width, area.height);
+    const Planes422 planes = PlanesBeside(from, to, area);
     kYuv422ToRgb24.Choose()(area.width, to.data, to.stride, planes.y, area.width, planes.u,
                             planes.v, area.width, area.height);
     return PXB_SUCCESS;
+}
+
+ResultCode RunYuy2To422(const ImageBuffer& to, const ImageBuffer& from) {
+    const Extent area = CommonExtent(to, from);
+    const Planes422 planes = PlanesBeside(to, to, area);
+    kYuy2ToYuv422.Choose()(planes.y, planes.u, planes.v, from.data, area.height, area.width / 2);
+    return PXB_SUCCESS;
+}
+
+ResultCode Run422ToYuy2(const ImageBuffer& to, const ImageBuffer& from) {
+    const Extent area = CommonExtent(to, from);
+    const Planes422 planes = PlanesBeside(from, to, area);
+    kYuv422ToYuy2.Choose()(planes.y, planes.u, planes.v, to.data, area.height, area.width / 2);
+    return PXB_SUCCESS;
+}
+
+// Walks the source's own size: right only for images of equal size, which is not checked. Like a
+// source that is too large, a destination of another width shifts each row.
+ResultCode RunRgb8ToRgb24(const ImageBuffer& to, const ImageBuffer& from) {
+    const Extent all = CommonExtent(from, from);
+    const std::int32_t row_step = to.stride + 3 * (from.width - to.width);
+    kRgb8ToRgb24.Choose()(to.data, row_step, from.data, from.stride, all.width, all.height);
+    return PXB_SUCCESS;
+}
+
+// The wide variants are for sources whose own width is a multiple of 16, whatever the common width.
+ResultCode RunRgb24ToYuy2(const ImageBuffer& to, const ImageBuffer& from) {
+    const bool whole_runs = from.width % 16 == 0;
+    return RunPacked(whole_runs ? kRgb24ToYuy2.Choose() : kRgb24ToYuy2.plain, to, from);
 }
 
 ResultCode FromRgb24(const ImageBuffer& to, const ImageBuffer& from) {
@@ -39,8 +100,10 @@ ResultCode FromRgb24(const ImageBuffer& to, const ImageBuffer& from) {
         case PXB_RGB32:
             return RunPacked(kRgb24ToRgb32.Choose(), to, from);
         case PXB_YV12:
-        case PXB_YUY2:
         case PXB_I420:
+            return RunTo420(kRgb24ToYuv420.Choose(), to, from);
+        case PXB_YUY2:
+            return RunRgb24ToYuy2(to, from);
         case PXB_RGB8:
             return PXB_UNSUPPORTED;
         default:
@@ -55,11 +118,15 @@ ResultCode FromRgb32(const ImageBuffer& to, const ImageBuffer& from) {
         case PXB_RGB32:
             return RunPacked(kCopyRgb32.Choose(), to, from);
         case PXB_YV12:
-        case PXB_YUY2:
         case PXB_I420:
-        case PXB_RGB8:
+            return RunTo420(kRgb32ToYuv420.Choose(), to, from);
+        case PXB_YUY2:
+            return RunPacked(kRgb32ToYuy2.Choose(), to, from);
         case PXB_AYUV32:
+            return RunPacked(ConvertRgb32ToAyuv32, to, from);
         case PXB_NV12:
+            return RunRgb32ToNv12(to, from);
+        case PXB_RGB8:
             return PXB_UNSUPPORTED;
         default:
             return PXB_BAD_ARGUMENT;
@@ -69,12 +136,15 @@ ResultCode FromRgb32(const ImageBuffer& to, const ImageBuffer& from) {
 ResultCode From420(const ImageBuffer& to, const ImageBuffer& from) {
     switch (to.format) {
         case PXB_RGB24:
-            return Run420ToRgb(kYuv420ToRgb24.Choose(), to, from);
+            return Run420(kYuv420ToRgb24.Choose(), to, from);
         case PXB_RGB32:
-            return Run420ToRgb(kYuv420ToRgb32.Choose(), to, from);
+            return Run420(kYuv420ToRgb32.Choose(), to, from);
         case PXB_YV12:
-        case PXB_YUY2:
+            return Run420(kCopyYuv420ToYv12.Choose(), to, from);
         case PXB_I420:
+            return Run420(kCopyYuv420ToI420.Choose(), to, from);
+        case PXB_YUY2:
+            return Run420(kYuv420ToYuy2.Choose(), to, from);
         case PXB_RGB8:
             return PXB_UNSUPPORTED;
         // The two plane orders answer differently, which callers see.
@@ -92,18 +162,32 @@ ResultCode FromYuy2(const ImageBuffer& to, const ImageBuffer& from) {
         case PXB_RGB32:
             return RunPacked(kYuy2ToRgb32.Choose(), to, from);
         case PXB_YV12:
-        case PXB_YUY2:
         case PXB_I420:
-        case PXB_RGB8:
+            return RunTo420(kYuy2ToYuv420.Choose(), to, from);
+        case PXB_YUY2:
+            return RunPacked(kCopyYuy2.Choose(), to, from);
         case PXB_YUV422:
+            return RunYuy2To422(to, from);
+        case PXB_RGB8:
             return PXB_UNSUPPORTED;
         default:
             return PXB_BAD_ARGUMENT;
     }
 }
 
-ResultCode FromRgb8(const ImageBuffer& to) {
-    return to.format >= PXB_RGB24 && to.format <= PXB_RGB8 ? PXB_UNSUPPORTED : PXB_BAD_ARGUMENT;
+ResultCode FromRgb8(const ImageBuffer& to, const ImageBuffer& from) {
+    switch (to.format) {
+        case PXB_RGB24:
+            return RunRgb8ToRgb24(to, from);
+        case PXB_RGB32:
+        case PXB_YV12:
+        case PXB_YUY2:
+        case PXB_I420:
+        case PXB_RGB8:
+            return PXB_UNSUPPORTED;
+        default:
+            return PXB_BAD_ARGUMENT;
+    }
 }
 
 ResultCode From422(const ImageBuffer& to, const ImageBuffer& from) {
@@ -111,14 +195,20 @@ ResultCode From422(const ImageBuffer& to, const ImageBuffer& from) {
         case PXB_RGB24:
             return Run422ToRgb24(to, from);
         case PXB_YUY2:
-            return PXB_UNSUPPORTED;
+            return Run422ToYuy2(to, from);
         default:
             return PXB_BAD_ARGUMENT;
     }
 }
 
-ResultCode FromAyuvOrNv12(const ImageBuffer& to) {
-    return to.format == PXB_RGB32 ? PXB_UNSUPPORTED : PXB_BAD_ARGUMENT;
+ResultCode FromAyuv(const ImageBuffer& to, const ImageBuffer& from) {
+    if (to.format != PXB_RGB32) return PXB_BAD_ARGUMENT;
+    return RunPacked(kAyuv32ToRgb32.Choose(), to, from);
+}
+
+ResultCode FromNv12(const ImageBuffer& to, const ImageBuffer& from) {
+    if (to.format != PXB_RGB32) return PXB_BAD_ARGUMENT;
+    return RunNv12ToRgb32(to, from);
 }
 
 ResultCode Convert(const ImageBuffer& to, const ImageBuffer& from) {
@@ -133,12 +223,13 @@ ResultCode Convert(const ImageBuffer& to, const ImageBuffer& from) {
         case PXB_YUY2:
             return FromYuy2(to, from);
         case PXB_RGB8:
-            return FromRgb8(to);
+            return FromRgb8(to, from);
         case PXB_YUV422:
             return From422(to, from);
         case PXB_AYUV32:
+            return FromAyuv(to, from);
         case PXB_NV12:
-            return FromAyuvOrNv12(to);
+            return FromNv12(to, from);
         default:
             return PXB_BAD_ARGUMENT;
     }

@@ -10,18 +10,38 @@ using KernelRows = std::array<KernelRow, kKernelEntries>;
 // Sources come in runs, and destinations in a fixed order within each. Entries that no conversion of
 // this library uses are null.
 constexpr std::size_t kGeneral = 0, kYuv420 = 4, kYuy2 = 17, kRgb32 = 53, kRgb24 = 62;
-constexpr std::size_t kYuv420ToRgb32Entry = kYuv420 + 6, kYuv420ToRgb24Entry = kYuv420 + 7;
-constexpr std::size_t kToRgb32 = 5, kToRgb24 = 6;  // within the runs of packed sources
+enum PlanarDestination : std::size_t {
+    k420ToYv12 = 0,
+    k420ToI420 = 1,
+    k420ToYuy2 = 2,
+    k420ToRgb32 = 6,
+    k420ToRgb24 = 7
+};
+enum PackedDestination : std::size_t {
+    kTo420 = 0,
+    kToYuy2 = 1,
+    kToRgb32 = 5,
+    kToRgb24 = 6
+};
 
 constexpr KernelRows BuildRows() {
     KernelRows rows = {};
     rows[kGeneral] = FirstGeneralRow({}, {}, {});
-    rows[kYuv420ToRgb32Entry].kernel = kYuv420ToRgb32;
-    rows[kYuv420ToRgb24Entry].kernel = kYuv420ToRgb24;
+    rows[kYuv420 + k420ToYv12].kernel = kCopyYuv420ToYv12;
+    rows[kYuv420 + k420ToI420].kernel = kCopyYuv420ToI420;
+    rows[kYuv420 + k420ToYuy2].kernel = kYuv420ToYuy2;
+    rows[kYuv420 + k420ToRgb32].kernel = kYuv420ToRgb32;
+    rows[kYuv420 + k420ToRgb24].kernel = kYuv420ToRgb24;
+    rows[kYuy2 + kTo420].kernel = kYuy2ToYuv420;
+    rows[kYuy2 + kToYuy2].kernel = kCopyYuy2;
     rows[kYuy2 + kToRgb32].kernel = kYuy2ToRgb32;
     rows[kYuy2 + kToRgb24].kernel = kYuy2ToRgb24;
+    rows[kRgb32 + kTo420].kernel = kRgb32ToYuv420;
+    rows[kRgb32 + kToYuy2].kernel = kRgb32ToYuy2;
     rows[kRgb32 + kToRgb32].kernel = kCopyRgb32;
     rows[kRgb32 + kToRgb24].kernel = kRgb32ToRgb24;
+    rows[kRgb24 + kTo420].kernel = kRgb24ToYuv420;
+    rows[kRgb24 + kToYuy2].kernel = kRgb24ToYuy2;
     rows[kRgb24 + kToRgb32].kernel = kRgb24ToRgb32;
     rows[kRgb24 + kToRgb24].kernel = kCopyRgb24;
     return rows;

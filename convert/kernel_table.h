@@ -6,6 +6,8 @@
 #include <cstdint>
 
 #include "convert/rgb_copies.h"
+#include "convert/rgb_to_yuv.h"
+#include "convert/yuv_reshuffles.h"
 #include "convert/yuv_to_rgb.h"
 
 namespace pxb {
@@ -16,12 +18,14 @@ using AnyKernel = void (*)();
 // filled in before any code runs.
 union KernelPointer {
     AnyKernel any;
-    Yuv420ToRgbKernel* yuv420_to_rgb;
-    Yuy2ToRgbKernel* packed;  // also the signature of the RGB copies
+    Yuv420ToRgbKernel* yuv420_to_packed;
+    RgbToYuv420Kernel* packed_to_yuv420;
+    Yuy2ToRgbKernel* packed;
 
     constexpr KernelPointer() : any(nullptr) {}
     constexpr KernelPointer(AnyKernel kernel) : any(kernel) {}
-    constexpr KernelPointer(Yuv420ToRgbKernel* kernel) : yuv420_to_rgb(kernel) {}
+    constexpr KernelPointer(Yuv420ToRgbKernel* kernel) : yuv420_to_packed(kernel) {}
+    constexpr KernelPointer(RgbToYuv420Kernel* kernel) : packed_to_yuv420(kernel) {}
     constexpr KernelPointer(Yuy2ToRgbKernel* kernel) : packed(kernel) {}
 };
 

@@ -1,4 +1,4 @@
-// Copies and depth changes between RGB24 and RGB32. Rows are `width` pixels, of any number; strides
+// Copies and depth changes between RGB8, RGB24 and RGB32. Rows are `width` pixels, of any number; strides
 // are bytes; a negative height turns the source upside down.
 #pragma once
 #include "convert/processor.h"
@@ -13,6 +13,7 @@ using RgbCopyKernel = void(Byte* dst, std::int32_t dst_stride, const Byte* src,
     namespace target {                                           \
     RgbCopyKernel ConvertRgb24ToRgb32; /* fourth byte 0 */       \
     RgbCopyKernel ConvertRgb32ToRgb24; /* fourth byte dropped */ \
+    RgbCopyKernel ConvertRgb8ToRgb24;  /* grey three times */    \
     }
 PXB_DECLARE_RGB_COPIES(plain)
 PXB_DECLARE_RGB_COPIES(pairwise)
@@ -32,5 +33,8 @@ constexpr Variants<RgbCopyKernel> kRgb24ToRgb32 = {
 constexpr Variants<RgbCopyKernel> kRgb32ToRgb24 = {
     plain::ConvertRgb32ToRgb24, mmx::ConvertRgb32ToRgb24, sse2::ConvertRgb32ToRgb24,
     avx2::ConvertRgb32ToRgb24};
+constexpr Variants<RgbCopyKernel> kRgb8ToRgb24 = {plain::ConvertRgb8ToRgb24,
+                                                  mmx::ConvertRgb8ToRgb24, sse2::ConvertRgb8ToRgb24,
+                                                  avx2::ConvertRgb8ToRgb24};
 
 }  // namespace pxb

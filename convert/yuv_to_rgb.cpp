@@ -37,7 +37,8 @@ void ShadePair(Byte* dst, Byte y_left, Byte y_right, const Chroma& chroma) {
     Shade<kBytesPerPixel>(dst + kBytesPerPixel, y_right, chroma);
 }
 
-template <int kBytesPerPixel>
+// kChromaStep: bytes between neighbouring samples of U, and of V.
+template <int kBytesPerPixel, int kChromaStep>
 void Convert420(Byte* dst, std::int32_t dst_stride, const Byte* y, const Byte* u, const Byte* v,
                 std::int32_t y_stride, std::int32_t chroma_stride, std::int32_t width,
                 std::int32_t height) {
@@ -45,7 +46,7 @@ void Convert420(Byte* dst, std::int32_t dst_stride, const Byte* y, const Byte* u
         dst, dst_stride, y, u, v, y_stride, chroma_stride, width, height,
         [=](Byte* d0, Byte* d1, const Byte* y0, const Byte* y1, const Byte* pu, const Byte* pv) {
             for (int j = 0; j < width / 2; ++j) {
-                const Chroma chroma(pu[j], pv[j]);
+                const Chroma chroma(pu[kChromaStep * j], pv[kChromaStep * j]);
                 ShadePair<kBytesPerPixel>(d0 + 2 * kBytesPerPixel * j, y0[2 * j], y0[2 * j + 1],
                                           chroma);
                 ShadePair<kBytesPerPixel>(d1 + 2 * kBytesPerPixel * j, y1[2 * j], y1[2 * j + 1],
@@ -70,13 +71,29 @@ namespace plain {
 void ConvertYuv420ToRgb24(Byte* dst, std::int32_t dst_stride, const Byte* y, const Byte* u,
                           const Byte* v, std::int32_t y_stride, std::int32_t chroma_stride,
                           std::int32_t width, std::int32_t height) {
-    Convert420<3>(dst, dst_stride, y, u, v, y_stride, chroma_stride, width, height);
+    Convert420<3, 1>(dst, dst_stride, y, u, v, y_stride, chroma_stride, width, height);
 }
 
 void ConvertYuv420ToRgb32(Byte* dst, std::int32_t dst_stride, const Byte* y, const Byte* u,
                           const Byte* v, std::int32_t y_stride, std::int32_t chroma_stride,
                           std::int32_t width, std::int32_t height) {
-    Convert420<4>(dst, dst_stride, y, u, v, y_stride, chroma_stride, width, height);
+    Convert420<4, 1>(dst, dst_stride, y, u, v, y_stride, chroma_stride, width, height);
+}
+
+void ConvertNv12ToRgb32(Byte* dst, std::int32_t dst_stride, const Byte* y, const Byte* uv,
+                        std::int32_t y_stride, std::int32_t uv_stride, std::int32_t width,
+                        std::int32_t height) {
+    Convert420<4, 2>(dst, dst_stride, y, uv, uv + 1, y_stride, uv_stride, width, height);
+}
+
+void ConvertAyuv32ToRgb32(Byte* dst, std::int32_t dst_stride, const Byte* src,
+                          std::int32_t src_stride, std::int32_t width, std::int32_t height) {
+    ForRows(dst, dst_stride, src, src_stride, height, [=](Byte* to, const Byte* from) {
+        for (std::int32_t x = 0; x < width; ++x, to += 4, from += 4) {
+            Shade<3>(to, from[1], Chroma(from[2], from[3]));
+            to[3] = from[0];
+        }
+    });
 }
 
 void ConvertYuy2ToRgb32(Byte* dst, std::int32_t dst_stride, const Byte* src,

@@ -15,6 +15,11 @@ using Yuv420ToRgbKernel = void(Byte* dst, std::int32_t dst_stride, const Byte* y
 using Yuy2ToRgbKernel = void(Byte* dst, std::int32_t dst_stride, const Byte* src,
                              std::int32_t src_stride, std::int32_t width, std::int32_t height);
 
+// Chroma comes as pairs U V.
+using Nv12ToRgbKernel = void(Byte* dst, std::int32_t dst_stride, const Byte* y, const Byte* uv,
+                             std::int32_t y_stride, std::int32_t uv_stride, std::int32_t width,
+                             std::int32_t height);
+
 // After the width / 2 samples of a row each chroma pointer advances by chroma_advance - width.
 using Yuv422ToRgbKernel = void(std::int32_t width, Byte* dst, std::int32_t dst_stride,
                                const Byte* y, std::int32_t y_stride, const Byte* u, const Byte* v,
@@ -27,6 +32,8 @@ namespace plain {
 Yuv420ToRgbKernel ConvertYuv420ToRgb24, ConvertYuv420ToRgb32;
 Yuy2ToRgbKernel ConvertYuy2ToRgb32;
 Yuv422ToRgbKernel ConvertYuv422ToRgb24;
+Nv12ToRgbKernel ConvertNv12ToRgb32;
+Yuy2ToRgbKernel ConvertAyuv32ToRgb32;
 }  // namespace plain
 
 #define PXB_DECLARE_YUV_TO_RGB(target)                            \
@@ -35,6 +42,8 @@ Yuv422ToRgbKernel ConvertYuv422ToRgb24;
     Yuy2ToRgbKernel ConvertYuy2ToRgb32;                           \
     Yuy2RowToRgbKernel ConvertYuy2RowToRgb24;                     \
     Yuv422ToRgbKernel ConvertYuv422ToRgb24;                       \
+    Nv12ToRgbKernel ConvertNv12ToRgb32;                           \
+    Yuy2ToRgbKernel ConvertAyuv32ToRgb32;                         \
     }
 PXB_DECLARE_YUV_TO_RGB(pairwise)
 PXB_DECLARE_YUV_TO_RGB(mmx)
@@ -58,5 +67,11 @@ constexpr Variants<Yuy2ToRgbKernel> kYuy2ToRgb32 = {
     avx2::ConvertYuy2ToRgb32};
 constexpr Variants<Yuv422ToRgbKernel> kYuv422ToRgb24 = {
     plain::ConvertYuv422ToRgb24, nullptr, sse2::ConvertYuv422ToRgb24, avx2::ConvertYuv422ToRgb24};
+constexpr Variants<Nv12ToRgbKernel> kNv12ToRgb32 = {
+    plain::ConvertNv12ToRgb32, nullptr, sse2::ConvertNv12ToRgb32, avx2::ConvertNv12ToRgb32};
+
+// Pixel by pixel, of any width; the fourth byte is A. Nothing drifts.
+constexpr Variants<Yuy2ToRgbKernel> kAyuv32ToRgb32 = {
+    plain::ConvertAyuv32ToRgb32, nullptr, sse2::ConvertAyuv32ToRgb32, avx2::ConvertAyuv32ToRgb32};
 
 }  // namespace pxb

@@ -79,13 +79,29 @@ PXB_INLINE void ShadeYuy2(Byte* dst, const Byte* src, const Coefficients<V>& k) 
                  V::Narrow(low.red, high.red));
 }
 
+// Where planar chroma comes from: two planes, or one of pairs U V.
+struct TwoPlanes {
+    template <class V>
+    static PXB_INLINE typename V::Bytes Load(const Byte* u, const Byte* v, int x) {
+        return V::LoadPairs(u + x / 2, v + x / 2);
+    }
+};
+
+struct OnePlane {
+    template <class V>
+    static PXB_INLINE typename V::Bytes Load(const Byte* uv, const Byte*, int x) {
+        return V::Load(uv + x);
+    }
+};
+
 // The functions below convert the pixels from x on, as many as fit before `end`, and return where
 // they stopped.
-template <class V, template <class> class Store>
+template <class V, template <class> class Store, class Source>
 PXB_INLINE int ConvertRowPair(Byte* dst0, Byte* dst1, const Byte* y0, const Byte* y1, const Byte* u,
                               const Byte* v, int x, int end, const Coefficients<V>& k) {
     for (; x + V::kPixels <= end; x += V::kPixels) {
-        const Chroma<V> chroma(V::template LoadUvFor<Store<V>::kBytes>(u + x / 2, v + x / 2), k);
+        const Chroma<V> chroma(
+            V::template UvFor<Store<V>::kBytes>(Source::template Load<V>(u, v, x)), k);
         ShadePlanar<V, Store<V>>(dst0 + Store<V>::kBytes * x, y0 + x, chroma, k);
         ShadePlanar<V, Store<V>>(dst1 + Store<V>::kBytes * x, y1 + x, chroma, k);
     }
@@ -106,11 +122,12 @@ PXB_INLINE int Convert422Row(Byte* dst, const Byte* y, const Byte* u, const Byte
     for (; x + V::kPixels <= end; x += V::kPixels)
         ShadePlanar<V, Store<V>>(
             dst + Store<V>::kBytes * x, y + x,
-            Chroma<V>(V::template LoadUvFor<Store<V>::kBytes>(u + x / 2, v + x / 2), k), k);
+            Chroma<V>(V::template UvFor<Store<V>::kBytes>(V::LoadPairs(u + x / 2, v + x / 2)), k),
+            k);
     return x;
 }
 
-template <template <class> class Store>
+template <template <class> class Store, class Source>
 PXB_INLINE void Convert420(Byte* dst, std::int32_t dst_stride, const Byte* y, const Byte* u,
                            const Byte* v, std::int32_t y_stride, std::int32_t chroma_stride,
                            std::int32_t width, std::int32_t height) {
@@ -118,11 +135,12 @@ PXB_INLINE void Convert420(Byte* dst, std::int32_t dst_stride, const Byte* y, co
     const Coefficients<Pair> pair;
     ForRowPairsOf420<Store<Wide>::kBytes>(
         dst, dst_stride, y, u, v, y_stride, chroma_stride, width, height,
-        [&](Byte* dst0, Byte* dst1, const Byte* y0, const Byte* y1, const Byte* pu,
-            const Byte* pv) PXB_INLINE_LAMBDA {
-            const int x = ConvertRowPair<Wide, Store>(dst0, dst1, y0, y1, pu, pv, 0, width, wide);
-            ConvertRowPair<Pair, Store>(dst0, dst1, y0, y1, pu, pv, x, width, pair);
-        });
+        [&](Byte* dst0, Byte* dst1, const Byte* y0, const Byte* y1, const Byte* pu, const Byte* pv)
+            PXB_INLINE_LAMBDA {
+                const int x =
+                    ConvertRowPair<Wide, Store, Source>(dst0, dst1, y0, y1, pu, pv, 0, width, wide);
+                ConvertRowPair<Pair, Store, Source>(dst0, dst1, y0, y1, pu, pv, x, width, pair);
+            });
     Wide::Leave();
 }
 
@@ -131,13 +149,34 @@ PXB_INLINE void Convert420(Byte* dst, std::int32_t dst_stride, const Byte* y, co
 void ConvertYuv420ToRgb24(Byte* dst, std::int32_t dst_stride, const Byte* y, const Byte* u,
                           const Byte* v, std::int32_t y_stride, std::int32_t chroma_stride,
                           std::int32_t width, std::int32_t height) {
-    Convert420<Bgr>(dst, dst_stride, y, u, v, y_stride, chroma_stride, width, height);
+    Convert420<Bgr, TwoPlanes>(dst, dst_stride, y, u, v, y_stride, chroma_stride, width, height);
 }
 
 void ConvertYuv420ToRgb32(Byte* dst, std::int32_t dst_stride, const Byte* y, const Byte* u,
                           const Byte* v, std::int32_t y_stride, std::int32_t chroma_stride,
                           std::int32_t width, std::int32_t height) {
-    Convert420<Bgr0>(dst, dst_stride, y, u, v, y_stride, chroma_stride, width, height);
+    Convert420<Bgr0, TwoPlanes>(dst, dst_stride, y, u, v, y_stride, chroma_stride, width, height);
+}
+
+void ConvertNv12ToRgb32(Byte* dst, std::int32_t dst_stride, const Byte* y, const Byte* uv,
+                        std::int32_t y_stride, std::int32_t uv_stride, std::int32_t width,
+                        std::int32_t height) {
+    Convert420<Bgr0, OnePlane>(dst, dst_stride, y, uv, uv, y_stride, uv_stride, width, height);
+}
+
+// One pixel at a time in plain integers, which the compiler spreads over the registers of the build.
+void ConvertAyuv32ToRgb32(Byte* dst, std::int32_t dst_stride, const Byte* src,
+                          std::int32_t src_stride, std::int32_t width, std::int32_t height) {
+    const Coefficients<Pair> k;
+    ForRows(dst, dst_stride, src, src_stride, height,
+            [=](Byte* to, const Byte* from) PXB_INLINE_LAMBDA {
+                for (std::int32_t x = 0; x < width; ++x, to += 4, from += 4) {
+                    const Chroma<Pair> chroma(Pair::UvFor<0>({from[2], from[3]}), k);
+                    const auto pixel = Shade<Pair>(Pair::MulEven({from[1], 0}, k.y), chroma, k);
+                    Pair::Store(to, Pair::Narrow(pixel.blue, pixel.green));
+                    Pair::Store(to + 2, {Pair::Narrow(pixel.red, 0).even, from[0]});
+                }
+            });
 }
 
 void ConvertYuy2ToRgb32(Byte* dst, std::int32_t dst_stride, const Byte* src,

@@ -36,6 +36,16 @@ inline Planes420 PlanesOf420(const ImageBuffer& image) {
     return PlanesOf420(image.data, image.stride, FirstPlaneBytes(image), image.format == PXB_YV12);
 }
 
+// NV12. The chroma plane has height / 2 rows of pairs U V, `stride` bytes apart.
+struct PlanesNv12 {
+    Byte *y, *uv;
+    std::int32_t stride;
+};
+
+inline PlanesNv12 PlanesOfNv12(const ImageBuffer& image) {
+    return {image.data, image.data + FirstPlaneBytes(image), image.stride};
+}
+
 // YUV422 as planes: tight rows of width (u, v: width / 2) bytes.
 struct Planes422 {
     Byte *y, *u, *v;

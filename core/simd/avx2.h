@@ -19,6 +19,12 @@ struct Wide {
     struct Pixels {
         __m256i quarter[4];  // 8 pixels each
     };
+    struct Rgb {
+        __m256i b, g, r;  // dealt
+    };
+    struct Sums {
+        __m256i all;
+    };
     struct Uv {
         __m256i all;  // signed bytes u, v in each 16-bit lane
     };
@@ -44,11 +50,13 @@ struct Wide {
     static PXB_INLINE Bytes LoadFor(const Byte* src) {
         return {Deal<kStore>(LoadAll(src))};
     }
-    template <int kStore>
-    static PXB_INLINE Uv LoadUvFor(const Byte* u, const Byte* v) {
+    static PXB_INLINE Bytes LoadPairs(const Byte* u, const Byte* v) {
         const __m128i us = LoadBlock(u), vs = LoadBlock(v);
-        const __m256i uv = _mm256_set_m128i(_mm_unpackhi_epi8(us, vs), _mm_unpacklo_epi8(us, vs));
-        return Signed(Deal<kStore>(uv));
+        return {_mm256_set_m128i(_mm_unpackhi_epi8(us, vs), _mm_unpacklo_epi8(us, vs))};
+    }
+    template <int kStore>
+    static PXB_INLINE Uv UvFor(Bytes pairs) {
+        return Signed(Deal<kStore>(pairs.all));
     }
     template <int kStore>
     static PXB_INLINE Yuy2 LoadYuy2For(const Byte* src) {
@@ -62,19 +70,30 @@ struct Wide {
                 Signed(_mm256_shuffle_epi8(low, twice)),
                 Signed(_mm256_shuffle_epi8(high, twice))};
     }
-    // The last quarter is loaded 8 bytes early, so that nothing behind the pixels is read.
     static PXB_INLINE Pixels LoadBgr(const Byte* src) {
-        const __m256i apart = _mm256_setr_epi32(0, 1, 2, 3, 3, 4, 5, 6);
-        const __m256i apart_late = _mm256_setr_epi32(2, 3, 4, 5, 5, 6, 7, 7);
         const __m256i widen = TwiceInBlocks(0, 1, 2, -1, 3, 4, 5, -1, 6, 7, 8, -1, 9, 10, 11, -1);
-        const auto spread = [&](const Byte* at, __m256i dwords) PXB_INLINE_LAMBDA {
-            return _mm256_shuffle_epi8(_mm256_permutevar8x32_epi32(LoadAll(at), dwords), widen);
-        };
-        return {{spread(src, apart), spread(src + 24, apart), spread(src + 48, apart),
-                 spread(src + 64, apart_late)}};
+        Pixels a;
+        for (int i = 0; i < 4; ++i) a.quarter[i] = _mm256_shuffle_epi8(LoadApart(src, i), widen);
+        return a;
     }
     static PXB_INLINE Pixels LoadBgrx(const Byte* src) {
         return {{LoadAll(src), LoadAll(src + 32), LoadAll(src + 64), LoadAll(src + 96)}};
+    }
+
+    template <int kBytesPerPixel>
+    static PXB_INLINE Rgb LoadRgb(const Byte* src) {
+        constexpr int kG = 1, kR = 2, k = kBytesPerPixel;
+        const __m256i fours = TwiceInBlocks(0, k, 2 * k, 3 * k, kG, kG + k, kG + 2 * k, kG + 3 * k,
+                                            kR, kR + k, kR + 2 * k, kR + 3 * k, -1, -1, -1, -1);
+        __m256i q[4];  // in each block 4 bytes B, 4 G, 4 R
+        for (int i = 0; i < 4; ++i)
+            q[i] = _mm256_shuffle_epi8(k == 3 ? LoadApart(src, i) : LoadAll(src + 32 * i), fours);
+        const __m256i bg01 = _mm256_unpacklo_epi32(q[0], q[1]);
+        const __m256i bg23 = _mm256_unpacklo_epi32(q[2], q[3]);
+        const __m256i r01 = _mm256_unpackhi_epi32(q[0], q[1]);
+        const __m256i r23 = _mm256_unpackhi_epi32(q[2], q[3]);
+        return {_mm256_unpacklo_epi64(bg01, bg23), _mm256_unpackhi_epi64(bg01, bg23),
+                _mm256_unpacklo_epi64(r01, r23)};
     }
 
     static PXB_INLINE void Store(Byte* dst, Bytes a) { StoreAll(dst, a.all); }
@@ -128,6 +147,71 @@ struct Wide {
         StoreAll(dst + 96, _mm256_unpackhi_epi16(bg_high, r0_high));
     }
 
+    static PXB_INLINE void StorePairs(Byte* u, Byte* v, Bytes pairs) {
+        const __m256i split = TwiceInBlocks(0, 2, 4, 6, 8, 10, 12, 14, 1, 3, 5, 7, 9, 11, 13, 15);
+        const __m256i uv = _mm256_permute4x64_epi64(_mm256_shuffle_epi8(pairs.all, split),
+                                                    _MM_SHUFFLE(3, 1, 2, 0));
+        StoreBlock(u, _mm256_castsi256_si128(uv));
+        StoreBlock(v, _mm256_extracti128_si256(uv, 1));
+    }
+    static PXB_INLINE void StoreYuy2(Byte* dst, Bytes luma, Bytes pairs) {
+        const __m256i low = _mm256_unpacklo_epi8(luma.all, pairs.all);
+        const __m256i high = _mm256_unpackhi_epi8(luma.all, pairs.all);
+        StoreAll(dst, _mm256_permute2x128_si256(low, high, 0x20));
+        StoreAll(dst + 32, _mm256_permute2x128_si256(low, high, 0x31));
+    }
+
+    static PXB_INLINE Bytes Evens(Bytes a, Bytes b) {
+        const __m256i low = _mm256_set1_epi16(0xFF);
+        return {Alternate(
+            _mm256_packus_epi16(_mm256_and_si256(a.all, low), _mm256_and_si256(b.all, low)))};
+    }
+    static PXB_INLINE Bytes Odds(Bytes a, Bytes b) {
+        return {Alternate(
+            _mm256_packus_epi16(_mm256_srli_epi16(a.all, 8), _mm256_srli_epi16(b.all, 8)))};
+    }
+    static PXB_INLINE Bytes Average(Bytes a, Bytes b) { return {_mm256_avg_epu8(a.all, b.all)}; }
+
+    // G counts with both its neighbours: so that each of the two products of a pixel stays below 2^15,
+    // though their sum needs 16 bits without sign.
+    template <int kB, int kG, int kR, int kOffset>
+    static PXB_INLINE Bytes WeighBgr(const Rgb& a) {
+        constexpr int kSecondG = 128 - kR, kFirstG = kG - kSecondG;
+        static_assert(kB + kFirstG <= 128 && kFirstG >= 0 && kFirstG < 128 && kSecondG < 128);
+        const __m256i bg = _mm256_set1_epi16(kB | kFirstG << 8);
+        const __m256i rg = _mm256_set1_epi16(kR | kSecondG << 8);
+        const __m256i low =
+            _mm256_add_epi16(_mm256_maddubs_epi16(_mm256_unpacklo_epi8(a.b, a.g), bg),
+                             _mm256_maddubs_epi16(_mm256_unpacklo_epi8(a.r, a.g), rg));
+        const __m256i high =
+            _mm256_add_epi16(_mm256_maddubs_epi16(_mm256_unpackhi_epi8(a.b, a.g), bg),
+                             _mm256_maddubs_epi16(_mm256_unpackhi_epi8(a.r, a.g), rg));
+        const __m256i dealt =
+            _mm256_packus_epi16(_mm256_srli_epi16(low, 8), _mm256_srli_epi16(high, 8));
+        return {_mm256_add_epi8(Gather(dealt), _mm256_set1_epi8(kOffset))};
+    }
+    // The sum x of two neighbours fits 16 bits with sign. Kept as 32767 - x without sign, it has in its
+    // high byte the complement of (x >> 8) + 128; and the rounded average of two such words is exactly
+    // 32767 - ((x + y) >> 1), where the sum itself would not fit.
+    template <int kB, int kG, int kR>
+    static PXB_INLINE Sums WeighPairs(const Rgb& a) {
+        const auto product = [](__m256i channel, int weight) PXB_INLINE_LAMBDA {
+            return _mm256_maddubs_epi16(channel, _mm256_set1_epi8(static_cast<char>(-weight)));
+        };
+        const __m256i bg = _mm256_add_epi16(product(a.b, kB), product(a.g, kG));
+        return {_mm256_add_epi16(bg, _mm256_add_epi16(product(a.r, kR), Set(32767).all))};
+    }
+    template <int kB, int kG, int kR>
+    static PXB_INLINE Sums WeighPairs(const Rgb& a, const Rgb& b) {
+        return {_mm256_avg_epu16(WeighPairs<kB, kG, kR>(a).all, WeighPairs<kB, kG, kR>(b).all)};
+    }
+    static PXB_INLINE Bytes PairUp(Sums u, Sums v) {
+        const __m256i high = _mm256_set1_epi16(static_cast<short>(0xFF00));
+        const __m256i pairs =
+            _mm256_or_si256(_mm256_srli_epi16(u.all, 8), _mm256_and_si256(v.all, high));
+        return {Gather(_mm256_xor_si256(pairs, _mm256_set1_epi8(-1)))};
+    }
+
     static PXB_INLINE Weights FactorU(int u) { return FactorUv(u, 0); }
     static PXB_INLINE Weights FactorV(int v) { return FactorUv(0, v); }
     static PXB_INLINE Weights FactorUv(int u, int v) { return {Factor(u | v << 8).all}; }
@@ -156,7 +240,7 @@ struct Wide {
         const __m256i mixed =
             _mm256_packus_epi16(_mm256_packus_epi32(byte(a.quarter[0]), byte(a.quarter[1])),
                                 _mm256_packus_epi32(byte(a.quarter[2]), byte(a.quarter[3])));
-        return {_mm256_permutevar8x32_epi32(mixed, _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7))};
+        return {Gather(mixed)};
     }
 
     static PXB_INLINE Words Add(Words a, Words b) { return {_mm256_adds_epi16(a.all, b.all)}; }
@@ -171,12 +255,24 @@ struct Wide {
     static PXB_INLINE __m256i LoadAll(const Byte* src) {
         return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(src));
     }
-    // For StoreBgr0: groups of four pixels go to the two blocks in turn, so that interleaving
-    // inside blocks leaves neighbours side by side.
+    // Dealt: groups of four pixels lie in the two blocks in turn. Interleaving inside blocks then
+    // leaves neighbours side by side, which StoreBgr0 wants; Gather undoes it.
     template <int kStore>
     static PXB_INLINE __m256i Deal(__m256i a) {
         if (kStore != kBgr0) return a;
         return _mm256_permutevar8x32_epi32(a, _mm256_setr_epi32(0, 2, 4, 6, 1, 3, 5, 7));
+    }
+    static PXB_INLINE __m256i Gather(__m256i dealt) {
+        return _mm256_permutevar8x32_epi32(dealt, _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7));
+    }
+    // 8 pixels of 3 bytes, 12 bytes in each block: quarter i of 32 pixels. The last one is loaded 8
+    // bytes early, so that nothing behind the pixels is read.
+    static PXB_INLINE __m256i LoadApart(const Byte* src, int i) {
+        if (i < 3)
+            return _mm256_permutevar8x32_epi32(LoadAll(src + 24 * i),
+                                               _mm256_setr_epi32(0, 1, 2, 3, 3, 4, 5, 6));
+        return _mm256_permutevar8x32_epi32(LoadAll(src + 64),
+                                           _mm256_setr_epi32(2, 3, 4, 5, 5, 6, 7, 7));
     }
     static PXB_INLINE __m256i Alternate(__m256i a) {
         return _mm256_permute4x64_epi64(a, _MM_SHUFFLE(3, 1, 2, 0));
@@ -186,6 +282,9 @@ struct Wide {
     }
     static PXB_INLINE Uv Signed(__m256i uv) {
         return {_mm256_xor_si256(uv, _mm256_set1_epi8(static_cast<char>(0x80)))};
+    }
+    static PXB_INLINE void StoreBlock(Byte* dst, __m128i a) {
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(dst), a);
     }
     static PXB_INLINE void StoreAll(Byte* dst, __m256i a) {
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst), a);

@@ -17,6 +17,8 @@ struct Wide {
     struct Pixels {
         __m64 quarter[4];  // 2 pixels each
     };
+    using Rgb = Pixels;
+    using Sums = Words;
     struct Uv {
         Words u, v;
     };
@@ -42,9 +44,15 @@ struct Wide {
     static PXB_INLINE Bytes LoadFor(const Byte* src) {
         return Load(src);
     }
+    static PXB_INLINE Bytes LoadPairs(const Byte* u, const Byte* v) {
+        int us, vs;
+        __builtin_memcpy(&us, u, sizeof us);
+        __builtin_memcpy(&vs, v, sizeof vs);
+        return {_mm_unpacklo_pi8(_mm_cvtsi32_si64(us), _mm_cvtsi32_si64(vs))};
+    }
     template <int>
-    static PXB_INLINE Uv LoadUvFor(const Byte* u, const Byte* v) {
-        return {Signed(LoadHalf(u)), Signed(LoadHalf(v))};
+    static PXB_INLINE Uv UvFor(Bytes pairs) {
+        return {Signed(LowBytes(pairs.all)), Signed({_mm_srli_pi16(pairs.all, 8)})};
     }
     template <int>
     static PXB_INLINE Yuy2 LoadYuy2For(const Byte* src) {
@@ -59,6 +67,14 @@ struct Wide {
     }
     static PXB_INLINE Pixels LoadBgrx(const Byte* src) {
         return {{LoadAll(src), LoadAll(src + 8), LoadAll(src + 16), LoadAll(src + 24)}};
+    }
+
+    template <int kBytesPerPixel>
+    static PXB_INLINE Rgb LoadRgb(const Byte* src) {
+        if constexpr (kBytesPerPixel == 3)
+            return LoadBgr(src);
+        else
+            return LoadBgrx(src);
     }
 
     static PXB_INLINE void Store(Byte* dst, Bytes a) { StoreAll(dst, a.all); }
@@ -79,6 +95,59 @@ struct Wide {
         StoreBgrx(dst, Interleave(b, g, r));
     }
 
+    static PXB_INLINE void StorePairs(Byte* u, Byte* v, Bytes pairs) {
+        const __m64 us = _mm_packs_pu16(LowBytes(pairs.all).all, _mm_setzero_si64());
+        const __m64 vs = _mm_packs_pu16(_mm_srli_pi16(pairs.all, 8), _mm_setzero_si64());
+        const int u_bytes = _mm_cvtsi64_si32(us), v_bytes = _mm_cvtsi64_si32(vs);
+        __builtin_memcpy(u, &u_bytes, sizeof u_bytes);
+        __builtin_memcpy(v, &v_bytes, sizeof v_bytes);
+    }
+    static PXB_INLINE void StoreYuy2(Byte* dst, Bytes luma, Bytes pairs) {
+        StoreAll(dst, _mm_unpacklo_pi8(luma.all, pairs.all));
+        StoreAll(dst + 8, _mm_unpackhi_pi8(luma.all, pairs.all));
+    }
+
+    static PXB_INLINE Bytes Evens(Bytes a, Bytes b) {
+        return {_mm_packs_pu16(LowBytes(a.all).all, LowBytes(b.all).all)};
+    }
+    static PXB_INLINE Bytes Odds(Bytes a, Bytes b) {
+        return {_mm_packs_pu16(_mm_srli_pi16(a.all, 8), _mm_srli_pi16(b.all, 8))};
+    }
+    static PXB_INLINE Bytes Average(Bytes a, Bytes b) {
+        const __m64 half =
+            _mm_and_si64(_mm_srli_si64(_mm_xor_si64(a.all, b.all), 1), _mm_set1_pi8(0x7F));
+        return {_mm_sub_pi8(_mm_or_si64(a.all, b.all), half)};
+    }
+
+    template <int kB, int kG, int kR, int kOffset>
+    static PXB_INLINE Bytes WeighBgr(const Rgb& a) {
+        const __m64 zero = _mm_setzero_si64(), weights = _mm_set_pi16(0, kR, kG, kB);
+        const auto sums = [&](__m64 p) PXB_INLINE_LAMBDA {
+            const __m64 low = _mm_unpacklo_pi8(p, zero), high = _mm_unpackhi_pi8(p, zero);
+            return AddHalves(_mm_madd_pi16(low, weights), _mm_madd_pi16(high, weights));
+        };
+        const auto words = [&](int i) PXB_INLINE_LAMBDA {
+            return _mm_packs_pi32(_mm_srli_pi32(sums(a.quarter[i]), 8),
+                                  _mm_srli_pi32(sums(a.quarter[i + 1]), 8));
+        };
+        return {_mm_add_pi8(_mm_packs_pu16(words(0), words(2)), _mm_set1_pi8(kOffset))};
+    }
+    template <int kB, int kG, int kR>
+    static PXB_INLINE Sums WeighPairs(const Rgb& a) {
+        return WeighPairSums<kB, kG, kR, 8>(
+            [&](int i) PXB_INLINE_LAMBDA { return SumPair(a.quarter[i]); });
+    }
+    template <int kB, int kG, int kR>
+    static PXB_INLINE Sums WeighPairs(const Rgb& a, const Rgb& b) {
+        return WeighPairSums<kB, kG, kR, 9>([&](int i) PXB_INLINE_LAMBDA {
+            return _mm_add_pi16(SumPair(a.quarter[i]), SumPair(b.quarter[i]));
+        });
+    }
+    static PXB_INLINE Bytes PairUp(Sums u, Sums v) {
+        const __m64 pairs = _mm_or_si64(LowBytes(u.all).all, _mm_slli_pi16(v.all, 8));
+        return {_mm_xor_si64(pairs, _mm_set1_pi8(static_cast<char>(0x80)))};
+    }
+
     static PXB_INLINE WeightU FactorU(int u) { return {Factor(u)}; }
     static PXB_INLINE WeightV FactorV(int v) { return {Factor(v)}; }
     static PXB_INLINE WeightUv FactorUv(int u, int v) { return {Factor(u), Factor(v)}; }
@@ -87,9 +156,7 @@ struct Wide {
     static PXB_INLINE Words Weigh(Uv uv, WeightUv weights) {
         return Add(Mul(uv.u, weights.u), Mul(uv.v, weights.v));
     }
-    static PXB_INLINE Words MulEven(Bytes a, Words factor) {
-        return Mul({_mm_and_si64(a.all, _mm_set1_pi16(0xFF))}, factor);
-    }
+    static PXB_INLINE Words MulEven(Bytes a, Words factor) { return Mul(LowBytes(a.all), factor); }
     static PXB_INLINE Words MulOdd(Bytes a, Words factor) {
         return Mul({_mm_srli_pi16(a.all, 8)}, factor);
     }
@@ -124,10 +191,25 @@ struct Wide {
         return a;
     }
     static PXB_INLINE void StoreAll(Byte* dst, __m64 a) { __builtin_memcpy(dst, &a, sizeof a); }
-    static PXB_INLINE Words LoadHalf(const Byte* src) {
-        int half;
-        __builtin_memcpy(&half, src, sizeof half);
-        return {_mm_unpacklo_pi8(_mm_cvtsi32_si64(half), _mm_setzero_si64())};
+    static PXB_INLINE Words LowBytes(__m64 a) { return {_mm_and_si64(a, _mm_set1_pi16(0xFF))}; }
+    // Adds the two products that a multiply-add leaves of each pixel.
+    static PXB_INLINE __m64 AddHalves(__m64 a, __m64 b) {
+        return _mm_add_pi32(_mm_unpacklo_pi32(a, b), _mm_unpackhi_pi32(a, b));
+    }
+    // Sums of neighbouring pixels, four words B G R X each.
+    static PXB_INLINE __m64 SumPair(__m64 pixels) {
+        const __m64 zero = _mm_setzero_si64();
+        return _mm_add_pi16(_mm_unpacklo_pi8(pixels, zero), _mm_unpackhi_pi8(pixels, zero));
+    }
+    template <int kB, int kG, int kR, int kShift, class PairSum>
+    static PXB_INLINE Words WeighPairSums(const PairSum& pair_sum) {
+        const __m64 weights = _mm_set_pi16(0, kR, kG, kB);
+        const auto sums = [&](int i) PXB_INLINE_LAMBDA {
+            return _mm_srai_pi32(AddHalves(_mm_madd_pi16(pair_sum(i), weights),
+                                           _mm_madd_pi16(pair_sum(i + 1), weights)),
+                                 kShift);
+        };
+        return {_mm_packs_pi32(sums(0), sums(2))};
     }
     // u and v of each pair of pixels, once for each pixel.
     static PXB_INLINE Uv TwiceUv(__m64 yuy2) {

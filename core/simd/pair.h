@@ -14,6 +14,8 @@ struct Pair {
     struct Pixels {
         Byte lanes[2][4];
     };
+    using Rgb = Pixels;
+    using Sums = Words;
     struct Uv {
         int u, v;
     };
@@ -33,13 +35,14 @@ struct Pair {
     static PXB_INLINE Bytes LoadFor(const Byte* src) {
         return Load(src);
     }
+    static PXB_INLINE Bytes LoadPairs(const Byte* u, const Byte* v) { return {*u, *v}; }
     template <int>
-    static PXB_INLINE Uv LoadUvFor(const Byte* u, const Byte* v) {
-        return {*u - 128, *v - 128};
+    static PXB_INLINE Uv UvFor(Bytes pairs) {
+        return {pairs.even - 128, pairs.odd - 128};
     }
     template <int>
     static PXB_INLINE Yuy2 LoadYuy2For(const Byte* src) {
-        const Uv uv = LoadUvFor<0>(src + 1, src + 3);
+        const Uv uv = UvFor<0>(LoadPairs(src + 1, src + 3));
         return {Load(src), Load(src + 2), uv, uv};
     }
     static PXB_INLINE Pixels LoadBgr(const Byte* src) {
@@ -47,6 +50,14 @@ struct Pair {
     }
     static PXB_INLINE Pixels LoadBgrx(const Byte* src) {
         return {{{src[0], src[1], src[2], src[3]}, {src[4], src[5], src[6], src[7]}}};
+    }
+
+    template <int kBytesPerPixel>
+    static PXB_INLINE Rgb LoadRgb(const Byte* src) {
+        if constexpr (kBytesPerPixel == 3)
+            return LoadBgr(src);
+        else
+            return LoadBgrx(src);
     }
 
     static PXB_INLINE void Store(Byte* dst, Bytes a) {
@@ -61,6 +72,38 @@ struct Pair {
     static PXB_INLINE void StoreBgr0(Byte* dst, Bytes b, Bytes g, Bytes r) {
         StorePixels<4>(dst, Interleave(b, g, r));
     }
+
+    static PXB_INLINE void StorePairs(Byte* u, Byte* v, Bytes pairs) {
+        *u = static_cast<Byte>(pairs.even);
+        *v = static_cast<Byte>(pairs.odd);
+    }
+    static PXB_INLINE void StoreYuy2(Byte* dst, Bytes luma, Bytes pairs) {
+        Store(dst, {luma.even, pairs.even});
+        Store(dst + 2, {luma.odd, pairs.odd});
+    }
+
+    static PXB_INLINE Bytes Evens(Bytes a, Bytes b) { return {a.even, b.even}; }
+    static PXB_INLINE Bytes Odds(Bytes a, Bytes b) { return {a.odd, b.odd}; }
+    static PXB_INLINE Bytes Average(Bytes a, Bytes b) {
+        return {(a.even + b.even + 1) >> 1, (a.odd + b.odd + 1) >> 1};
+    }
+
+    template <int kB, int kG, int kR, int kOffset>
+    static PXB_INLINE Bytes WeighBgr(const Rgb& a) {
+        return {(Sum<kB, kG, kR>(a.lanes[0]) >> 8) + kOffset,
+                (Sum<kB, kG, kR>(a.lanes[1]) >> 8) + kOffset};
+    }
+    template <int kB, int kG, int kR>
+    static PXB_INLINE Sums WeighPairs(const Rgb& a) {
+        return (Sum<kB, kG, kR>(a.lanes[0]) + Sum<kB, kG, kR>(a.lanes[1])) >> 8;
+    }
+    template <int kB, int kG, int kR>
+    static PXB_INLINE Sums WeighPairs(const Rgb& a, const Rgb& b) {
+        return (Sum<kB, kG, kR>(a.lanes[0]) + Sum<kB, kG, kR>(a.lanes[1]) +
+                Sum<kB, kG, kR>(b.lanes[0]) + Sum<kB, kG, kR>(b.lanes[1])) >>
+               9;
+    }
+    static PXB_INLINE Bytes PairUp(Sums u, Sums v) { return {u + 128, v + 128}; }
 
     static PXB_INLINE Weights FactorU(int u) { return {u, 0}; }
     static PXB_INLINE Weights FactorV(int v) { return {0, v}; }
@@ -86,6 +129,10 @@ struct Pair {
     static PXB_INLINE void Leave() {}
 
   private:
+    template <int kB, int kG, int kR>
+    static PXB_INLINE int Sum(const Byte (&bgrx)[4]) {
+        return kB * bgrx[0] + kG * bgrx[1] + kR * bgrx[2];
+    }
     static PXB_INLINE int Clamp(int a) { return a < 0 ? 0 : a > 255 ? 255 : a; }
     static PXB_INLINE Pixels Interleave(Bytes b, Bytes g, Bytes r) {
         return {

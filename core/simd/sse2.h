@@ -17,6 +17,8 @@ struct Wide {
     struct Pixels {
         __m128i quarter[4];  // 4 pixels each
     };
+    using Rgb = Pixels;
+    using Sums = Words;
     struct Uv {
         Words u, v;
     };
@@ -46,9 +48,13 @@ struct Wide {
     static PXB_INLINE Bytes LoadFor(const Byte* src) {
         return Load(src);
     }
+    static PXB_INLINE Bytes LoadPairs(const Byte* u, const Byte* v) {
+        return {_mm_unpacklo_epi8(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(u)),
+                                  _mm_loadl_epi64(reinterpret_cast<const __m128i*>(v)))};
+    }
     template <int>
-    static PXB_INLINE Uv LoadUvFor(const Byte* u, const Byte* v) {
-        return {Signed(LoadHalf(u)), Signed(LoadHalf(v))};
+    static PXB_INLINE Uv UvFor(Bytes pairs) {
+        return {Signed(LowBytes(pairs.all)), Signed({_mm_srli_epi16(pairs.all, 8)})};
     }
     template <int>
     static PXB_INLINE Yuy2 LoadYuy2For(const Byte* src) {
@@ -63,6 +69,14 @@ struct Wide {
     }
     static PXB_INLINE Pixels LoadBgrx(const Byte* src) {
         return {{LoadAll(src), LoadAll(src + 16), LoadAll(src + 32), LoadAll(src + 48)}};
+    }
+
+    template <int kBytesPerPixel>
+    static PXB_INLINE Rgb LoadRgb(const Byte* src) {
+        if constexpr (kBytesPerPixel == 3)
+            return LoadBgr(src);
+        else
+            return LoadBgrx(src);
     }
 
     static PXB_INLINE void Store(Byte* dst, Bytes a) { StoreAll(dst, a.all); }
@@ -83,6 +97,54 @@ struct Wide {
         StoreBgrx(dst, Interleave(b, g, r));
     }
 
+    static PXB_INLINE void StorePairs(Byte* u, Byte* v, Bytes pairs) {
+        const __m128i uv = _mm_packus_epi16(LowBytes(pairs.all).all, _mm_srli_epi16(pairs.all, 8));
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(u), uv);
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(v), _mm_srli_si128(uv, 8));
+    }
+    static PXB_INLINE void StoreYuy2(Byte* dst, Bytes luma, Bytes pairs) {
+        StoreAll(dst, _mm_unpacklo_epi8(luma.all, pairs.all));
+        StoreAll(dst + 16, _mm_unpackhi_epi8(luma.all, pairs.all));
+    }
+
+    static PXB_INLINE Bytes Evens(Bytes a, Bytes b) {
+        return {_mm_packus_epi16(LowBytes(a.all).all, LowBytes(b.all).all)};
+    }
+    static PXB_INLINE Bytes Odds(Bytes a, Bytes b) {
+        return {_mm_packus_epi16(_mm_srli_epi16(a.all, 8), _mm_srli_epi16(b.all, 8))};
+    }
+    static PXB_INLINE Bytes Average(Bytes a, Bytes b) { return {_mm_avg_epu8(a.all, b.all)}; }
+
+    template <int kB, int kG, int kR, int kOffset>
+    static PXB_INLINE Bytes WeighBgr(const Rgb& a) {
+        const __m128i zero = _mm_setzero_si128(),
+                      weights = _mm_set_epi16(0, kR, kG, kB, 0, kR, kG, kB);
+        const auto sums = [&](__m128i p) PXB_INLINE_LAMBDA {
+            const __m128i low = _mm_unpacklo_epi8(p, zero), high = _mm_unpackhi_epi8(p, zero);
+            return AddHalves(_mm_madd_epi16(low, weights), _mm_madd_epi16(high, weights));
+        };
+        const auto words = [&](int i) PXB_INLINE_LAMBDA {
+            return _mm_packs_epi32(_mm_srli_epi32(sums(a.quarter[i]), 8),
+                                   _mm_srli_epi32(sums(a.quarter[i + 1]), 8));
+        };
+        return {_mm_add_epi8(_mm_packus_epi16(words(0), words(2)), _mm_set1_epi8(kOffset))};
+    }
+    template <int kB, int kG, int kR>
+    static PXB_INLINE Sums WeighPairs(const Rgb& a) {
+        return WeighPairSums<kB, kG, kR, 8>(
+            [&](int i) PXB_INLINE_LAMBDA { return SumPair(a.quarter[i]); });
+    }
+    template <int kB, int kG, int kR>
+    static PXB_INLINE Sums WeighPairs(const Rgb& a, const Rgb& b) {
+        return WeighPairSums<kB, kG, kR, 9>([&](int i) PXB_INLINE_LAMBDA {
+            return _mm_add_epi16(SumPair(a.quarter[i]), SumPair(b.quarter[i]));
+        });
+    }
+    static PXB_INLINE Bytes PairUp(Sums u, Sums v) {
+        const __m128i pairs = _mm_or_si128(LowBytes(u.all).all, _mm_slli_epi16(v.all, 8));
+        return {_mm_xor_si128(pairs, _mm_set1_epi8(static_cast<char>(0x80)))};
+    }
+
     static PXB_INLINE WeightU FactorU(int u) { return {Factor(u)}; }
     static PXB_INLINE WeightV FactorV(int v) { return {Factor(v)}; }
     static PXB_INLINE WeightUv FactorUv(int u, int v) { return {Factor(u), Factor(v)}; }
@@ -91,9 +153,7 @@ struct Wide {
     static PXB_INLINE Words Weigh(Uv uv, WeightUv weights) {
         return Add(Mul(uv.u, weights.u), Mul(uv.v, weights.v));
     }
-    static PXB_INLINE Words MulEven(Bytes a, Words factor) {
-        return Mul({_mm_and_si128(a.all, _mm_set1_epi16(0xFF))}, factor);
-    }
+    static PXB_INLINE Words MulEven(Bytes a, Words factor) { return Mul(LowBytes(a.all), factor); }
     static PXB_INLINE Words MulOdd(Bytes a, Words factor) {
         return Mul({_mm_srli_epi16(a.all, 8)}, factor);
     }
@@ -128,9 +188,29 @@ struct Wide {
     static PXB_INLINE void StoreAll(Byte* dst, __m128i a) {
         _mm_storeu_si128(reinterpret_cast<__m128i*>(dst), a);
     }
-    static PXB_INLINE Words LoadHalf(const Byte* src) {
-        const __m128i half = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(src));
-        return {_mm_unpacklo_epi8(half, _mm_setzero_si128())};
+    static PXB_INLINE Words LowBytes(__m128i a) { return {_mm_and_si128(a, _mm_set1_epi16(0xFF))}; }
+    // Adds the two products that a multiply-add leaves of each pixel.
+    static PXB_INLINE __m128i AddHalves(__m128i a, __m128i b) {
+        const __m128 first = _mm_castsi128_ps(a), second = _mm_castsi128_ps(b);
+        return _mm_add_epi32(
+            _mm_castps_si128(_mm_shuffle_ps(first, second, _MM_SHUFFLE(2, 0, 2, 0))),
+            _mm_castps_si128(_mm_shuffle_ps(first, second, _MM_SHUFFLE(3, 1, 3, 1))));
+    }
+    // Sums of neighbouring pixels, four words B G R X each.
+    static PXB_INLINE __m128i SumPair(__m128i pixels) {
+        const __m128i zero = _mm_setzero_si128();
+        const __m128i low = _mm_unpacklo_epi8(pixels, zero), high = _mm_unpackhi_epi8(pixels, zero);
+        return _mm_add_epi16(_mm_unpacklo_epi64(low, high), _mm_unpackhi_epi64(low, high));
+    }
+    template <int kB, int kG, int kR, int kShift, class PairSum>
+    static PXB_INLINE Words WeighPairSums(const PairSum& pair_sum) {
+        const __m128i weights = _mm_set_epi16(0, kR, kG, kB, 0, kR, kG, kB);
+        const auto sums = [&](int i) PXB_INLINE_LAMBDA {
+            return _mm_srai_epi32(AddHalves(_mm_madd_epi16(pair_sum(i), weights),
+                                            _mm_madd_epi16(pair_sum(i + 1), weights)),
+                                  kShift);
+        };
+        return {_mm_packs_epi32(sums(0), sums(2))};
     }
     // u and v of each pair of pixels, once for each pixel.
     static PXB_INLINE Uv TwiceUv(__m128i yuy2) {

@@ -1,0 +1,59 @@
+// RGB to YUV kernels, ITU-R BT.601 studio range in 8-bit fixed point, and their variants. All give
+// the same bytes.
+//
+//     Y = ((66 R + 129 G + 25 B) >> 8) + 16
+//     U = ((112 B - 74 G - 38 R) >> s) + 128    V = ((112 R - 94 G - 18 B) >> s) + 128
+//
+// U and V are of the summed R, G, B of the pixels that share them: s is 10 for blocks of 2 x 2, 9 for
+// pairs, 8 for single pixels. No result needs a clamp: Y is 16 to 235, U and V 16 to 240.
+//
+// Whole pairs of columns (4:2:0: and of rows) are converted. A negative height turns the source upside
+// down. Strides are bytes.
+#pragma once
+#include "convert/processor.h"
+#include "core/rows.h"
+
+namespace pxb {
+
+using RgbToYuv420Kernel = void(Byte* y, Byte* u, Byte* v, std::int32_t y_stride,
+                               std::int32_t chroma_stride, const Byte* src, std::int32_t src_stride,
+                               std::int32_t width, std::int32_t height);
+
+using RgbToNv12Kernel = void(Byte* y, Byte* uv, std::int32_t y_stride, std::int32_t uv_stride,
+                             const Byte* src, std::int32_t src_stride, std::int32_t width,
+                             std::int32_t height);
+
+using RgbToPackedKernel = void(Byte* dst, std::int32_t dst_stride, const Byte* src,
+                               std::int32_t src_stride, std::int32_t width, std::int32_t height);
+
+#define PXB_DECLARE_RGB_TO_YUV(target)                            \
+    namespace target {                                            \
+    RgbToYuv420Kernel ConvertRgb24ToYuv420, ConvertRgb32ToYuv420; \
+    RgbToPackedKernel ConvertRgb24ToYuy2, ConvertRgb32ToYuy2;     \
+    RgbToNv12Kernel ConvertRgb32ToNv12;                           \
+    }
+PXB_DECLARE_RGB_TO_YUV(plain)
+PXB_DECLARE_RGB_TO_YUV(pairwise)
+PXB_DECLARE_RGB_TO_YUV(mmx)
+PXB_DECLARE_RGB_TO_YUV(sse2)
+PXB_DECLARE_RGB_TO_YUV(avx2)
+#undef PXB_DECLARE_RGB_TO_YUV
+
+// A = X, and Y, U, V of each pixel by itself, in the order A Y U V. Any width; nothing drifts.
+RgbToPackedKernel ConvertRgb32ToAyuv32;
+
+constexpr Variants<RgbToYuv420Kernel> kRgb24ToYuv420 = {
+    plain::ConvertRgb24ToYuv420, mmx::ConvertRgb24ToYuv420, sse2::ConvertRgb24ToYuv420,
+    avx2::ConvertRgb24ToYuv420};
+constexpr Variants<RgbToYuv420Kernel> kRgb32ToYuv420 = {
+    plain::ConvertRgb32ToYuv420, mmx::ConvertRgb32ToYuv420, sse2::ConvertRgb32ToYuv420,
+    avx2::ConvertRgb32ToYuv420};
+constexpr Variants<RgbToPackedKernel> kRgb24ToYuy2 = {
+    plain::ConvertRgb24ToYuy2, nullptr, sse2::ConvertRgb24ToYuy2, avx2::ConvertRgb24ToYuy2};
+constexpr Variants<RgbToPackedKernel> kRgb32ToYuy2 = {
+    plain::ConvertRgb32ToYuy2, mmx::ConvertRgb32ToYuy2, sse2::ConvertRgb32ToYuy2,
+    avx2::ConvertRgb32ToYuy2};
+constexpr Variants<RgbToNv12Kernel> kRgb32ToNv12 = {
+    plain::ConvertRgb32ToNv12, nullptr, sse2::ConvertRgb32ToNv12, avx2::ConvertRgb32ToNv12};
+
+}  // namespace pxb

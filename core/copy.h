@@ -1,0 +1,13 @@
+// Copies of rows, for kernels and front ends of any format.
+#pragma once
+#include "core/rows.h"
+
+namespace pxb {
+
+// Copies row_bytes bytes of each row. No vector loop moves them faster than the string move, on any
+// processor that has vectors. A negative height turns the source upside down; a negative number of
+// bytes copies nothing.
+void CopyRows(Byte* dst, std::int32_t dst_stride, const Byte* src, std::int32_t src_stride,
+              std::ptrdiff_t row_bytes, std::int32_t height);
+
+}  // namespace pxb
