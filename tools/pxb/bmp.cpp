@@ -1,0 +1,189 @@
+// BMP: 14 bytes of file header, 40 or more of picture header, a palette, and rows from the bottom up
+// (a negative height: from the top down), each padded to a multiple of 4 bytes.
+#include "bmp.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+#include "error.h"
+
+namespace pxb::tool {
+namespace {
+
+constexpr std::int64_t kHeaderBytes = 54, kMaxHeaderBytes = 14 + 256, kMaskBytes = 12;
+constexpr std::uint32_t kUncompressed = 0, kBitFields = 3;
+
+using Color = std::array<std::uint8_t, 4>;  // B G R and a byte that means nothing
+
+// What the file begins with; fields are found by their offset in the file.
+class Fields {
+  public:
+    explicit Fields(InputFile& input) : input_(input) { ReadUpTo(kHeaderBytes); }
+
+    void ReadUpTo(std::int64_t end) {
+        const std::int64_t begin = size();
+        if (end <= begin) return;
+        bytes_.resize(static_cast<std::size_t>(end));
+        input_.Read(bytes_.data() + begin, end - begin, "header");
+    }
+    std::int64_t size() const { return static_cast<std::int64_t>(bytes_.size()); }
+    int U16(std::size_t at) const { return bytes_[at] | bytes_[at + 1] << 8; }
+    std::uint32_t U32(std::size_t at) const {
+        return static_cast<std::uint32_t>(U16(at)) | static_cast<std::uint32_t>(U16(at + 2)) << 16;
+    }
+    std::int32_t I32(std::size_t at) const { return static_cast<std::int32_t>(U32(at)); }
+
+    [[noreturn]] void Refuse(std::string_view field, std::int64_t value,
+                             std::string_view why) const {
+        throw Error(input_.name(), field, std::to_string(value), why);
+    }
+
+  private:
+    InputFile& input_;
+    std::vector<std::uint8_t> bytes_;
+};
+
+struct Header {
+    Size size;
+    bool top_down;
+    int bits;
+    std::uint32_t pixel_offset, colors;
+};
+
+std::int64_t PaddedRowBytes(Size size, int bits) {
+    return (std::int64_t{size.width} * bits + 31) / 32 * 4;
+}
+
+// Leaves the input behind the headers.
+Header ReadHeader(Fields& fields) {
+    if (fields.U16(0) != ('B' | 'M' << 8)) fields.Refuse("magic", fields.U16(0), "is not BM");
+    const std::uint32_t header_bytes = fields.U32(14), compression = fields.U32(30);
+    if (header_bytes < 40 || 14 + std::int64_t{header_bytes} > kMaxHeaderBytes)
+        fields.Refuse("header size", header_bytes, "is not that of a known kind");
+    fields.ReadUpTo(14 + std::int64_t{header_bytes});
+
+    const int bits = fields.U16(28);
+    if (bits != 8 && bits != 24 && bits != 32)
+        fields.Refuse("bits a pixel", bits, "only 8, 24 and 32 are read");
+    if (compression == kBitFields && bits == 32) {
+        // Three masks tell where the channels are, inside the longer kinds of header and right
+        // behind the shortest.
+        fields.ReadUpTo(kHeaderBytes + kMaskBytes);
+        if (fields.U32(54) != 0xff0000 || fields.U32(58) != 0xff00 || fields.U32(62) != 0xff)
+            fields.Refuse("red mask", fields.U32(54), "only pixels stored as B G R X are read");
+    } else if (compression != kUncompressed) {
+        fields.Refuse("compression", compression, "only uncompressed pictures are read");
+    }
+
+    const std::int32_t height = fields.I32(22);
+    if (height == INT32_MIN) fields.Refuse("height", height, "is impossible");
+    const Size size = {fields.I32(18), height < 0 ? -height : height};
+    return {size, height < 0, bits, fields.U32(10), fields.U32(46)};
+}
+
+std::vector<Color> ReadPalette(InputFile& input, const Fields& fields, const Header& header) {
+    if (header.bits != 8) return {};
+    if (header.colors > 256) fields.Refuse("palette size", header.colors, "is above 256");
+    std::vector<Color> palette(header.colors == 0 ? 256 : header.colors);
+    for (Color& color : palette) input.Read(color.data(), sizeof(Color), "palette");
+    return palette;
+}
+
+PixelFormat FormatOf(const Header& header, const std::vector<Color>& palette) {
+    if (header.bits == 32) return PXB_RGB32;
+    const bool grey = header.bits == 8 && std::ranges::all_of(palette, [](const Color& color) {
+                          return color[0] == color[1] && color[1] == color[2];
+                      });
+    return grey ? PXB_RGB8 : PXB_RGB24;
+}
+
+void StoreIndexed(std::uint8_t* row, const std::uint8_t* indices, const Picture& picture,
+                  const std::vector<Color>& palette, const Fields& fields) {
+    const std::size_t bytes = picture.format() == PXB_RGB8 ? 1 : 3;
+    for (std::int32_t x = 0; x < picture.size().width; ++x) {
+        if (indices[x] >= palette.size())
+            fields.Refuse("pixel", indices[x], "is no color of the palette");
+        std::memcpy(row + bytes * static_cast<std::size_t>(x), palette[indices[x]].data(), bytes);
+    }
+}
+
+void AppendNumber(std::string& text, std::uint32_t value, int bytes) {
+    for (int i = 0; i < bytes; ++i) text += static_cast<char>(value >> 8 * i & 0xff);
+}
+
+std::string GreyPalette() {
+    std::string palette;
+    for (std::uint32_t grey = 0; grey < 256; ++grey) AppendNumber(palette, grey * 0x010101, 4);
+    return palette;
+}
+
+std::string HeaderOf(const Picture& picture, std::string_view palette) {
+    const int bits = picture.image().bitsPerPixel;
+    const auto width = static_cast<std::uint32_t>(picture.size().width);
+    const auto height = static_cast<std::uint32_t>(picture.size().height);
+    const auto pixel_bytes =
+        static_cast<std::uint32_t>(PaddedRowBytes(picture.size(), bits) * picture.size().height);
+    const auto offset = static_cast<std::uint32_t>(kHeaderBytes + palette.size());
+    const struct {
+        std::uint32_t value;
+        int bytes;
+    } fields[] = {
+        // clang-format off
+        {'B' | 'M' << 8, 2}, {offset + pixel_bytes, 4}, {0, 4}, {offset, 4},
+        {40, 4}, {width, 4}, {height, 4}, {1, 2}, {static_cast<std::uint32_t>(bits), 2},
+        {kUncompressed, 4}, {pixel_bytes, 4}, {2835, 4}, {2835, 4},  // 72 pixels an inch
+        {palette.empty() ? 0u : 256u, 4}, {0, 4},
+        // clang-format on
+    };
+    std::string header;
+    for (const auto& field : fields) AppendNumber(header, field.value, field.bytes);
+    return header;
+}
+
+}  // namespace
+
+Video ReadBmp(InputFile& input, const RawLayout&, const FrameSink& sink) {
+    Fields fields(input);
+    const Header header = ReadHeader(fields);
+    const std::vector<Color> palette = ReadPalette(input, fields, header);
+    const PixelFormat format = FormatOf(header, palette);
+    CheckSize(input.name(), format, header.size);
+    const std::int64_t position =
+        fields.size() + static_cast<std::int64_t>(palette.size() * sizeof(Color));
+    if (header.pixel_offset < position)
+        fields.Refuse("pixel offset", header.pixel_offset, "lies inside the header");
+    const std::int64_t row_bytes = PaddedRowBytes(header.size, header.bits);
+    input.Require(header.pixel_offset - position + row_bytes * header.size.height, "pixels");
+    input.Skip(header.pixel_offset - position, "pixel offset");
+
+    Picture picture(input.name(), format, header.size);
+    std::vector<std::uint8_t> bytes(static_cast<std::size_t>(row_bytes));
+    for (std::int32_t i = 0; i < header.size.height; ++i) {
+        input.Read(bytes.data(), row_bytes, "row " + std::to_string(i));
+        std::uint8_t* const row = picture.Row(header.top_down ? i : header.size.height - 1 - i);
+        if (palette.empty())
+            std::memcpy(row, bytes.data(),
+                        static_cast<std::size_t>(FrameBytes(format, {header.size.width, 1})));
+        else
+            StoreIndexed(row, bytes.data(), picture, palette, fields);
+    }
+    picture.RepeatEdges();
+    const Video video{format, header.size};
+    sink(video, picture, 0);
+    return video;
+}
+
+void WriteBmp(OutputFile& output, const Video& video, const Picture& picture, std::int64_t) {
+    const std::string palette = video.format == PXB_RGB8 ? GreyPalette() : "";
+    output.Write(HeaderOf(picture, palette) + palette);
+    const std::int64_t row_bytes = FrameBytes(video.format, {video.size.width, 1});
+    const std::int64_t padding =
+        PaddedRowBytes(video.size, picture.image().bitsPerPixel) - row_bytes;
+    for (std::int32_t y = video.size.height; y-- > 0;) {
+        output.Write(picture.Row(y), row_bytes);
+        output.Write("\0\0\0", padding);
+    }
+}
+
+}  // namespace pxb::tool

@@ -1,0 +1,27 @@
+// What the program can do, one function a command. Failures are Errors.
+#pragma once
+#include <optional>
+#include <string>
+
+#include "file_types.h"
+
+namespace pxb::tool {
+
+// Paths; "-" is standard input or output. `type` names the output's type where its extension does not.
+struct OutputOptions {
+    std::string path, type;
+    std::optional<PixelFormat> format;
+};
+
+struct InputOptions {
+    std::string path;
+    RawLayout layout;
+    std::optional<std::int64_t> frame;  // this one alone
+};
+
+void PaintTestCards(const OutputOptions& to, Size size, int frames);
+std::string Describe(const InputOptions& from);
+void ConvertFile(const InputOptions& from, const OutputOptions& to);
+void ExtractChannel(const InputOptions& from, const OutputOptions& to, int channel);
+
+}  // namespace pxb::tool

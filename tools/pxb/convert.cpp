@@ -1,0 +1,69 @@
+// Calls of the library, and what to say where it refuses.
+#include "convert.h"
+
+#include <optional>
+#include <string>
+
+#include "error.h"
+
+namespace pxb::tool {
+namespace {
+
+std::int32_t ResultOf(PixelFormat from, PixelFormat to) {
+    const Size smallest = {2, 2};
+    Picture source("", from, smallest), target("", to, smallest);
+    return PxbColorSpaceConv(&target.image(), &source.image());
+}
+
+std::string ResultName(std::int32_t result) {
+    static constexpr std::string_view kNames[] = {"PXB_SUCCESS", "PXB_UNSUPPORTED",
+                                                  "PXB_BAD_ARGUMENT", "PXB_FAILURE"};
+    return std::to_string(result) + " (" + std::string(kNames[result]) + ")";
+}
+
+// A format that both halves of the way convert, preferring those that lose least.
+std::optional<PixelFormat> FormatBetween(PixelFormat from, PixelFormat to) {
+    for (const PixelFormat between : {PXB_YUY2, PXB_RGB32, PXB_RGB24, PXB_I420, PXB_YV12})
+        if (Converts(from, between) && Converts(between, to)) return between;
+    return std::nullopt;
+}
+
+std::string Advice(PixelFormat from, PixelFormat to) {
+    if (to == PXB_RGB8) return "; `pxb channel` makes grey pictures";
+    const std::optional<PixelFormat> between = FormatBetween(from, to);
+    if (!between) return "";
+    return "; convert to " + std::string(FormatName(*between)) + " first";
+}
+
+}  // namespace
+
+bool Converts(PixelFormat from, PixelFormat to) {
+    return ResultOf(from, to) == PXB_SUCCESS;
+}
+
+Picture Convert(std::string_view file, const Picture& picture, PixelFormat to) {
+    Picture target(file, to, picture.size());
+    const std::int32_t result = PxbColorSpaceConv(&target.image(), &picture.image());
+    if (result == PXB_SUCCESS) return target;
+    const PixelFormat from = picture.format();
+    throw Error(file, "conversion",
+                std::string(FormatName(from)) + " to " + std::string(FormatName(to)),
+                "the library answers " + ResultName(result) + Advice(from, to));
+}
+
+Picture GetChannel(std::string_view file, const Picture& picture, int channel) {
+    const auto refuse = [&](std::string_view reason) {
+        throw Error(file, "channel",
+                    std::to_string(channel) + " of " + std::string(FormatName(picture.format())),
+                    reason);
+    };
+    // PxbChannelGet answers success for a luma that it could not make.
+    if (channel == 5 && !Converts(picture.format(), PXB_YV12))
+        refuse("this format has no conversion to YV12, where luma comes from");
+    Picture target(file, PXB_RGB8, picture.size());
+    const std::int32_t result = PxbChannelGet(&target.image(), &picture.image(), channel);
+    if (result != PXB_SUCCESS) refuse("the library answers " + ResultName(result));
+    return target;
+}
+
+}  // namespace pxb::tool

@@ -1,0 +1,114 @@
+// The table of file types, and how a file finds its row.
+#include "file_types.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include "bmp.h"
+#include "error.h"
+#include "png_file.h"
+#include "pnm.h"
+#include "raw.h"
+#include "y4m.h"
+
+namespace pxb::tool {
+namespace {
+
+// Lower case, without the dot; empty for "-" and for names without one.
+std::string Extension(std::string_view path) {
+    const std::size_t dot = path.find_last_of("./\\");
+    if (dot == std::string_view::npos || path[dot] != '.') return "";
+    std::string extension(path.substr(dot + 1));
+    std::ranges::transform(extension, extension.begin(),
+                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return extension;
+}
+
+const FileType* FindByExtension(std::string_view path) {
+    const std::string extension = Extension(path);
+    for (const FileType& type : FileTypes())
+        if (std::ranges::count(type.extensions, extension) != 0) return &type;
+    return nullptr;
+}
+
+const FileType* FindByContent(InputFile& input) {
+    const std::string_view start = input.Peek(16);
+    for (const FileType& type : FileTypes())
+        for (const std::string_view magic : type.magic)
+            if (start.starts_with(magic)) return &type;
+    return nullptr;
+}
+
+const FileType* FindInputType(InputFile& input, const RawLayout& layout) {
+    if (const FileType* type = FindByExtension(input.name())) return type;
+    if (layout.size) return FindFileType("raw");
+    return FindByContent(input);
+}
+
+}  // namespace
+
+bool FileType::Holds(PixelFormat format) const {
+    return std::ranges::count(formats, format) != 0;
+}
+
+std::span<const FileType> FileTypes() {
+    // clang-format off
+    static const FileType types[] = {
+        {"y4m", "YUV4MPEG2 video", {"y4m"}, {"YUV4MPEG2"},
+         {PXB_I420, PXB_YUV422, PXB_RGB8}, true, ReadY4m, WriteY4m},
+        {"png", "PNG picture", {"png"}, {"\x89PNG\r\n\x1a\n"},
+         {PXB_RGB24, PXB_RGB8, PXB_RGB32}, false, ReadPng, WritePng},
+        {"pnm", "PNM picture", {"pnm"}, {"P2", "P3", "P5", "P6"},
+         {PXB_RGB24, PXB_RGB8}, false, ReadPnm, WritePnm},
+        {"ppm", "PPM picture", {"ppm"}, {}, {PXB_RGB24}, false, ReadPnm, WritePnm},
+        {"pgm", "PGM picture", {"pgm"}, {}, {PXB_RGB8}, false, ReadPnm, WritePnm},
+        {"bmp", "BMP picture", {"bmp", "dib"}, {"BM"},
+         {PXB_RGB24, PXB_RGB8, PXB_RGB32}, false, ReadBmp, WriteBmp},
+        {"raw", "file of raw frames",
+         {"raw", "yuv", "rgb", "rgb24", "rgb32", "yv12", "yuy2", "i420", "rgb8", "yuv422", "ayuv32",
+          "nv12"},
+         {}, {kAllFormats.begin(), kAllFormats.end()}, true, ReadRaw, WriteRaw},
+    };
+    // clang-format on
+    return types;
+}
+
+const FileType* FindFileType(std::string_view name) {
+    const auto type = std::ranges::find(FileTypes(), name, &FileType::name);
+    return type == FileTypes().end() ? nullptr : &*type;
+}
+
+std::string FileTypeNames() {
+    std::string names;
+    for (const FileType& type : FileTypes())
+        names.append(names.empty() ? "" : ", ").append(type.name);
+    return names;
+}
+
+std::optional<PixelFormat> FormatByExtension(std::string_view path) {
+    return FindFormat(Extension(path));
+}
+
+const FileType& InputType(InputFile& input, const RawLayout& layout) {
+    const FileType* const type = FindInputType(input, layout);
+    if (!type)
+        throw Error(input.name(), "file type", input.AtEnd() ? "empty" : "unknown",
+                    "give --size WxH and --format NAME if it holds raw frames");
+    if (type->read != ReadRaw && (layout.size || layout.format))
+        throw Error(input.name(), layout.size ? "--size" : "--format", "",
+                    "is for raw frames, and this is a " + std::string(type->description));
+    return *type;
+}
+
+const FileType& OutputType(const std::string& path, const std::string& type_name) {
+    const FileType* const type =
+        type_name.empty() ? FindByExtension(path) : FindFileType(type_name);
+    if (type) return *type;
+    const std::string known = "one of " + FileTypeNames();
+    if (!type_name.empty()) throw Error("", "--type", type_name, "is not " + known);
+    if (path == "-")
+        throw Error("standard output", "file type", "unknown", "give --type, " + known);
+    throw Error(path, "file type", Extension(path), "unknown extension; give --type, " + known);
+}
+
+}  // namespace pxb::tool

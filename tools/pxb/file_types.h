@@ -1,0 +1,63 @@
+// The types of files that the tool reads and writes: one table.
+#pragma once
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "formats.h"
+#include "input_file.h"
+#include "output_file.h"
+#include "picture.h"
+
+namespace pxb::tool {
+
+// What a file says about its frames beside their pixels.
+struct Video {
+    PixelFormat format;
+    Size size;
+    // Y4M alone has the rest, kept word for word. The rate is a fraction, 25:1.
+    std::string rate = {}, interlacing = {}, aspect = {}, layout = {};
+    std::vector<std::string> comments = {};
+};
+
+// What people say about a file that does not tell by itself.
+struct RawLayout {
+    std::optional<Size> size;
+    std::optional<PixelFormat> format;
+};
+
+// Takes the frames one by one, numbered from 0; false: no more are wanted.
+using FrameSink = std::function<bool(const Video&, const Picture&, std::int64_t number)>;
+
+struct FileType {
+    std::string_view name;                     // for --type
+    std::string_view description;              // for people
+    std::vector<std::string_view> extensions;  // without the dot, lower case
+    std::vector<std::string_view> magic;       // how such files begin
+    std::vector<PixelFormat> formats;  // that it holds; in a conversion the first is tried first
+    bool many_frames;
+    // Reads the header, then frames until the sink or the file ends. Returns the header.
+    Video (*read)(InputFile&, const RawLayout&, const FrameSink&);
+    // Writes one frame; the header comes with frame 0.
+    void (*write)(OutputFile&, const Video&, const Picture&, std::int64_t number);
+
+    bool Holds(PixelFormat format) const;
+};
+
+std::span<const FileType> FileTypes();
+const FileType* FindFileType(std::string_view name);
+std::string FileTypeNames();  // separated by commas
+
+// By extension, else by the first bytes, else raw frames if `layout` tells their size.
+const FileType& InputType(InputFile& input, const RawLayout& layout);
+// By `type_name`, or if that is empty by extension.
+const FileType& OutputType(const std::string& path, const std::string& type_name);
+
+// The format that a file of raw frames has by its extension: out.nv12.
+std::optional<PixelFormat> FormatByExtension(std::string_view path);
+
+}  // namespace pxb::tool

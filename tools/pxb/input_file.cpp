@@ -1,0 +1,89 @@
+// Buffered sequential reading with a look ahead.
+#include "input_file.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+
+#include "binary_streams.h"
+#include "error.h"
+
+namespace pxb::tool {
+namespace {
+
+constexpr std::size_t kBufferBytes = 1 << 16;
+
+}  // namespace
+
+InputFile::InputFile(const std::string& path)
+    : name_(path == "-" ? "standard input" : path), buffer_(kBufferBytes) {
+    if (path == "-") {
+        file_.reset(BinaryStdin());
+        return;
+    }
+    std::error_code error;
+    if (std::filesystem::is_directory(path, error))
+        throw Error(name_, "open", "", "is a directory");
+    file_.reset(std::fopen(path.c_str(), "rb"));
+    if (!file_) throw Error(name_, "open", "", std::strerror(errno));
+    if (std::filesystem::is_regular_file(path, error))
+        remaining_ = static_cast<std::int64_t>(std::filesystem::file_size(path));
+}
+
+void InputFile::Fill() {
+    std::memmove(buffer_.data(), buffer_.data() + next_, end_ - next_);
+    end_ -= next_;
+    next_ = 0;
+    end_ += std::fread(buffer_.data() + end_, 1, buffer_.size() - end_, file_.get());
+    if (std::ferror(file_.get())) throw Error(name_, "read", "", std::strerror(errno));
+}
+
+std::string_view InputFile::Peek(std::size_t bytes) {
+    if (end_ - next_ < bytes) Fill();
+    return {buffer_.data() + next_, std::min(bytes, end_ - next_)};
+}
+
+std::optional<char> InputFile::Get() {
+    char byte;
+    if (Take(&byte, 1) == 0) return std::nullopt;
+    return byte;
+}
+
+std::size_t InputFile::Take(void* to, std::size_t bytes) {
+    std::size_t done = 0;
+    while (done < bytes) {
+        if (next_ == end_) Fill();
+        const std::size_t some = std::min(bytes - done, end_ - next_);
+        if (some == 0) break;
+        std::memcpy(static_cast<char*>(to) + done, buffer_.data() + next_, some);
+        next_ += some;
+        done += some;
+    }
+    if (remaining_) *remaining_ -= static_cast<std::int64_t>(done);
+    return done;
+}
+
+void InputFile::Read(void* to, std::int64_t bytes, std::string_view field) {
+    const auto taken = static_cast<std::int64_t>(Take(to, static_cast<std::size_t>(bytes)));
+    if (taken < bytes)
+        throw Error(name_, field, std::to_string(taken) + " bytes",
+                    "the file ends where " + std::to_string(bytes) + " are needed");
+}
+
+void InputFile::Skip(std::int64_t bytes, std::string_view field) {
+    char dropped[4096];
+    while (bytes > 0) {
+        const std::int64_t some = std::min<std::int64_t>(bytes, sizeof dropped);
+        Read(dropped, some, field);
+        bytes -= some;
+    }
+}
+
+void InputFile::Require(std::int64_t bytes, std::string_view field) const {
+    if (remaining_ && *remaining_ < bytes)
+        throw Error(name_, field, std::to_string(bytes) + " bytes",
+                    "the file has only " + std::to_string(*remaining_) + " left");
+}
+
+}  // namespace pxb::tool

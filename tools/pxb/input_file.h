@@ -1,0 +1,49 @@
+// A file, or standard input, read once from front to back. Every failure is an Error that names it.
+#pragma once
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pxb::tool {
+
+class InputFile {
+  public:
+    explicit InputFile(const std::string& path);  // "-" is standard input
+
+    const std::string& name() const { return name_; }
+
+    // Up to `bytes`, at most 64, of what comes next; they stay unread.
+    std::string_view Peek(std::size_t bytes);
+    bool AtEnd() { return Peek(1).empty(); }
+
+    std::optional<char> Get();
+    // Exactly `bytes`; `field` names what they are, for the message where the file ends early.
+    void Read(void* to, std::int64_t bytes, std::string_view field);
+    void Skip(std::int64_t bytes, std::string_view field);
+
+    // Refuses a file that is known to be shorter. Pipes tell only while they are read.
+    void Require(std::int64_t bytes, std::string_view field) const;
+    std::optional<std::int64_t> remaining() const { return remaining_; }
+
+  private:
+    struct Closer {
+        void operator()(std::FILE* file) const {
+            if (file != stdin) std::fclose(file);
+        }
+    };
+
+    std::size_t Take(void* to, std::size_t bytes);
+    void Fill();
+
+    std::string name_;
+    std::unique_ptr<std::FILE, Closer> file_;
+    std::optional<std::int64_t> remaining_;  // regular files
+    std::vector<char> buffer_;
+    std::size_t next_ = 0, end_ = 0;  // of the unread part of the buffer
+};
+
+}  // namespace pxb::tool

@@ -1,0 +1,191 @@
+// pxb: arguments in, one command, one line on standard error and status 2 where something is wrong.
+#include <algorithm>
+#include <cstdio>
+#include <exception>
+#include <new>
+#include <sstream>
+
+#include <CLI/CLI.hpp>
+
+#include "commands.h"
+#include "convert.h"
+#include "error.h"
+#include "numbers.h"
+
+namespace pxb::tool {
+namespace {
+
+constexpr int kFailed = 2;
+
+constexpr char kExamples[] =
+    R"(Files: Y4M video (4:2:0, 4:2:2, mono), PNG, PNM and BMP pictures, and raw frames. The extension
+tells the type, else the first bytes do. `-` is standard input or output.
+
+Examples:
+  pxb testcard card.y4m                          a test card, 768x576, 4:2:0
+  pxb convert card.y4m card.png                  the same as a picture, through the library
+  pxb info card.y4m                              its format, planes and strides
+  pxb convert shot.yuy2 shot.png --size 600x400  raw frames need their size
+  pxb convert photo.png photo.bmp --to RGB32     four bytes a pixel
+  pxb channel photo.png grey.png --channel 1     one channel as a grey picture
+  pxb testcard - --type y4m | pxb convert - - --type bmp > card.bmp)";
+
+constexpr char kAboutFiles[] =
+    R"(Pixel formats by code: 1 RGB24 (bytes B G R), 2 RGB32 (B G R X), 3 YV12 (planes Y V U),
+4 YUY2 (bytes Y0 U Y1 V), 5 I420 (planes Y U V), 6 RGB8 (grey), 7 YUV422 (planes Y U V,
+chroma of half width), 8 AYUV32 (bytes A Y U V), 9 NV12 (planes Y and U V pairs).
+
+Raw frames are rows without gaps, planes without gaps, frames without gaps. RGB24 rows hold 3 bytes
+a pixel, RGB32 and AYUV32 4, RGB8 1, YUY2 4 for two pixels; chroma planes have (width + 1) / 2
+samples a row and in 4:2:0 (height + 1) / 2 rows. The extension may name the format: shot.nv12.)";
+
+// Asked of the library itself.
+std::string ConversionHelp() {
+    std::string text = "Conversions of this library:";
+    for (const PixelFormat from : kAllFormats) {
+        text.append("\n  ").append(FormatName(from)) += " to";
+        for (const PixelFormat to : kAllFormats)
+            if (to != from && Converts(from, to)) text.append(" ").append(FormatName(to));
+    }
+    return text;
+}
+
+Size ParseSize(const std::string& text) {
+    const std::size_t cross = text.find_first_of("xX");
+    if (cross != std::string::npos) {
+        const auto width = ParseNumber(text.substr(0, cross), 1, INT32_MAX);
+        const auto height = ParseNumber(text.substr(cross + 1), 1, INT32_MAX);
+        if (width && height) return {*width, *height};
+    }
+    throw Error("", "--size", text, "should be WxH, two numbers from 1 on, such as 640x480");
+}
+
+PixelFormat ParseFormat(std::string_view option, const std::string& text) {
+    if (const std::optional<PixelFormat> format = FindFormat(text)) return *format;
+    throw Error("", option, text, "is not one of " + FormatNames());
+}
+
+// The program's options as text, shared by the commands; each command offers some of them.
+struct Arguments {
+    std::string input, output, size, format, to, type;
+    std::optional<std::int64_t> frame;
+    int frames = 1, channel = 0;
+
+    void AddInput(CLI::App& command) {
+        command.add_option("IN", input, "file to read, or -")->required();
+        command.add_option("--size", size, "raw frames: their size")->type_name("WxH");
+        command.add_option("--format", format, "raw frames: their format")->type_name("NAME");
+    }
+    void AddOutput(CLI::App& command) {
+        command.add_option("OUT", output, "file to write, or -")->required();
+        command.add_option("--type", type, "type of OUT: " + FileTypeNames())->type_name("NAME");
+    }
+    void AddFrame(CLI::App& command) {
+        command.add_option("--frame", frame, "this frame alone, counted from 0")
+            ->type_name("N")
+            ->check(CLI::NonNegativeNumber);
+    }
+    void AddTo(CLI::App& command, const std::string& otherwise) {
+        command.add_option("--to", to, "format of OUT; " + otherwise)->type_name("NAME");
+    }
+
+    InputOptions Input() const {
+        InputOptions options{input, {}, frame};
+        if (!size.empty()) options.layout.size = ParseSize(size);
+        if (!format.empty()) options.layout.format = ParseFormat("--format", format);
+        return options;
+    }
+    OutputOptions Output() const {
+        OutputOptions options{output, type, {}};
+        if (!to.empty()) options.format = ParseFormat("--to", to);
+        return options;
+    }
+};
+
+void Print(const std::string& text) {
+    OutputFile output("-");
+    output.Write(text);
+    output.Commit();
+}
+
+void Run(int argc, char** argv) {
+    Arguments arguments;
+    CLI::App app("pxb: looks at what PxbLib does with pictures.", "pxb");
+    app.set_version_flag("--version", "pxb " PXB_VERSION);
+    app.require_subcommand(1);
+
+    CLI::App& testcard = *app.add_subcommand("testcard", "Paint a test card");
+    arguments.AddOutput(testcard);
+    testcard.add_option("--size", arguments.size, "size of the card; else 768x576")
+        ->type_name("WxH");
+    testcard.add_option("--frames", arguments.frames, "frames of a moving card")
+        ->type_name("N")
+        ->check(CLI::Range(1, 100000));
+    arguments.AddTo(testcard, "else I420, or RGB24 where OUT is a picture");
+
+    CLI::App& info = *app.add_subcommand("info", "Say what a file holds");
+    arguments.AddInput(info);
+    info.footer(kAboutFiles);
+
+    CLI::App& convert = *app.add_subcommand("convert", "Convert a file, one library call a frame");
+    arguments.AddInput(convert);
+    arguments.AddOutput(convert);
+    arguments.AddTo(convert, "else that of IN if OUT can hold it, else I420 or RGB24");
+    arguments.AddFrame(convert);
+    convert.footer([] { return std::string(kAboutFiles) + "\n\n" + ConversionHelp(); });
+
+    CLI::App& channel = *app.add_subcommand("channel", "Extract one channel as a grey picture");
+    arguments.AddInput(channel);
+    arguments.AddOutput(channel);
+    channel
+        .add_option("--channel", arguments.channel,
+                    "1 alpha of RGB32, grey of RGB24; 2 red, 3 green, 4 blue of RGB32; 5 luma")
+        ->type_name("N")
+        ->required()
+        ->check(CLI::Range(1, 5));
+    arguments.AddFrame(channel);
+    channel.footer(kAboutFiles);
+
+    app.footer(kExamples);  // last: commands would inherit it
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        if (error.get_exit_code() != 0) throw;
+        std::ostringstream text;
+        app.exit(error, text, text);
+        return Print(text.str());
+    }
+
+    if (testcard.parsed())
+        PaintTestCards(arguments.Output(),
+                       ParseSize(arguments.size.empty() ? "768x576" : arguments.size),
+                       arguments.frames);
+    if (info.parsed()) Print(Describe(arguments.Input()));
+    if (convert.parsed()) ConvertFile(arguments.Input(), arguments.Output());
+    if (channel.parsed()) ExtractChannel(arguments.Input(), arguments.Output(), arguments.channel);
+}
+
+// One line, whatever file names and headers contain.
+int Complain(std::string message) {
+    std::ranges::replace_if(
+        message, [](unsigned char c) { return c < ' ' || c == 127; }, ' ');
+    std::fprintf(stderr, "pxb: %s\n", message.c_str());
+    return kFailed;
+}
+
+}  // namespace
+}  // namespace pxb::tool
+
+int main(int argc, char** argv) {
+    try {
+        pxb::tool::Run(argc, argv);
+        return 0;
+    } catch (const std::bad_alloc&) {
+        return pxb::tool::Complain("memory: there is not enough");
+    } catch (const CLI::Error& error) {
+        return pxb::tool::Complain(std::string(error.what()) + " (pxb --help tells more)");
+    } catch (const std::exception& error) {
+        return pxb::tool::Complain(error.what());
+    }
+}

@@ -1,0 +1,74 @@
+// Pictures: memory from the library, even extents, repeated edges.
+#include "picture.h"
+
+#include <cstring>
+#include <string>
+#include <utility>
+
+#include "error.h"
+
+namespace pxb::tool {
+namespace {
+
+constexpr std::int64_t kMaxBytes = 0x7fffffff;  // what PxbNew can give
+
+Size Even(Size size) {
+    return {size.width + size.width % 2, size.height + size.height % 2};
+}
+
+std::string Describe(PixelFormat format, Size size) {
+    return ToString(size) + " " + std::string(FormatName(format));
+}
+
+}  // namespace
+
+void CheckSize(std::string_view file, PixelFormat format, Size size) {
+    const auto refuse = [&](std::string_view reason) {
+        throw Error(file, "size", Describe(format, size), reason);
+    };
+    if (size.width < 1 || size.height < 1) refuse("width and height must be at least 1");
+    // The first test keeps the second from overflowing.
+    if (std::int64_t{size.width} * size.height >= kMaxBytes ||
+        FrameBytes(format, Even(size)) > kMaxBytes)
+        refuse("more than 2147483647 bytes");
+}
+
+Picture::Picture(std::string_view file, PixelFormat format, Size size) : size_(size) {
+    CheckSize(file, format, size);
+    const Size even = Even(size);
+    image_.format = format;
+    image_.width = even.width;
+    image_.height = even.height;
+    if (PxbNew(&image_, 0) != PXB_SUCCESS)
+        throw Error(file, "size", Describe(format, size), "not enough memory");
+}
+
+Picture::Picture(Picture&& other) noexcept
+    : image_(std::exchange(other.image_, ImageBuffer{})), size_(other.size_) {}
+
+Picture::~Picture() {
+    PxbDelete(&image_);
+}
+
+std::uint8_t* Picture::Row(const Plane& plane, std::int64_t y) const {
+    return image_.data + plane.offset + plane.stride * y;
+}
+
+std::uint8_t* Picture::Row(std::int64_t y) const {
+    return image_.data + std::int64_t{image_.stride} * y;
+}
+
+void Picture::RepeatEdges() {
+    for (const Plane& plane : Planes()) {
+        const std::int64_t end = std::int64_t{size_.width} * plane.pixel_step;
+        if (size_.width % 2 != 0 && plane.pixel_bytes != 0)
+            for (std::int64_t y = 0; y < plane.rows; ++y)
+                std::memcpy(Row(plane, y) + end, Row(plane, y) + end - plane.pixel_step,
+                            plane.pixel_bytes);
+        if (size_.height % 2 != 0 && !plane.halved_rows)
+            std::memcpy(Row(plane, plane.rows), Row(plane, plane.rows - 1),
+                        static_cast<std::size_t>(plane.stride));
+    }
+}
+
+}  // namespace pxb::tool

@@ -1,0 +1,43 @@
+// A picture: an image from PxbNew whose extents in memory are even, whatever the picture's size.
+// Conversions run over the even image and files get the visible part, so that nobody sees what the
+// library does to the last column and row of odd images.
+#pragma once
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "PxbLib.h"
+#include "formats.h"
+
+namespace pxb::tool {
+
+class Picture {
+  public:
+    // Black. Refuses extents below 1 and images above 2^31 - 1 bytes in the name of `file`.
+    Picture(std::string_view file, PixelFormat format, Size size);
+    Picture(Picture&& other) noexcept;
+    Picture& operator=(Picture&&) = delete;
+    ~Picture();
+
+    PixelFormat format() const { return static_cast<PixelFormat>(image_.format); }
+    Size size() const { return size_; }
+    ImageBuffer& image() { return image_; }
+    const ImageBuffer& image() const { return image_; }
+
+    std::vector<Plane> Planes() const { return PlanesOf(image_, size_); }
+    std::uint8_t* Row(const Plane& plane, std::int64_t y) const;
+    std::uint8_t* Row(std::int64_t y) const;  // of an interleaved format
+
+    // Fills the column and row beyond an odd size with copies of their neighbours. Readers call
+    // this once the visible part is complete.
+    void RepeatEdges();
+
+  private:
+    ImageBuffer image_{};
+    Size size_;
+};
+
+// Throws what the constructor would throw, for readers that know the size before they allocate.
+void CheckSize(std::string_view file, PixelFormat format, Size size);
+
+}  // namespace pxb::tool

@@ -1,0 +1,56 @@
+// Raw frames, and the frames inside Y4M, which look the same.
+#include "raw.h"
+
+#include "error.h"
+
+namespace pxb::tool {
+namespace {
+
+Video RawVideo(const InputFile& input, const RawLayout& layout) {
+    const std::optional<PixelFormat> format =
+        layout.format ? layout.format : FormatByExtension(input.name());
+    if (!layout.size) throw Error(input.name(), "--size", "", "raw frames need --size WxH");
+    if (!format)
+        throw Error(input.name(), "--format", "",
+                    "raw frames need --format, one of " + FormatNames());
+    return {*format, *layout.size};
+}
+
+}  // namespace
+
+Picture ReadFrame(InputFile& input, const Video& video, std::int64_t number) {
+    const std::string field = "frame " + std::to_string(number);
+    CheckSize(input.name(), video.format, video.size);
+    input.Require(FrameBytes(video.format, video.size), field);
+    Picture picture(input.name(), video.format, video.size);
+    for (const Plane& plane : picture.Planes())
+        for (std::int64_t y = 0; y < plane.rows; ++y)
+            input.Read(picture.Row(plane, y), plane.row_bytes, field);
+    picture.RepeatEdges();
+    return picture;
+}
+
+void WriteFrame(OutputFile& output, const Picture& picture) {
+    for (const Plane& plane : picture.Planes())
+        for (std::int64_t y = 0; y < plane.rows; ++y)
+            output.Write(picture.Row(plane, y), plane.row_bytes);
+}
+
+Video ReadRaw(InputFile& input, const RawLayout& layout, const FrameSink& sink) {
+    const Video video = RawVideo(input, layout);
+    CheckSize(input.name(), video.format, video.size);
+    const std::int64_t frame_bytes = FrameBytes(video.format, video.size);
+    if (input.remaining() && (input.AtEnd() || *input.remaining() % frame_bytes != 0))
+        throw Error(input.name(), "file size", std::to_string(*input.remaining()) + " bytes",
+                    "not a whole number of frames of " + std::to_string(frame_bytes) + " bytes (" +
+                        ToString(video.size) + " " + std::string(FormatName(video.format)) + ")");
+    for (std::int64_t number = 0; number == 0 || !input.AtEnd(); ++number)
+        if (!sink(video, ReadFrame(input, video, number), number)) break;
+    return video;
+}
+
+void WriteRaw(OutputFile& output, const Video&, const Picture& picture, std::int64_t) {
+    WriteFrame(output, picture);
+}
+
+}  // namespace pxb::tool

@@ -1,0 +1,142 @@
+// YUV4MPEG2. Layouts: 4:2:0 in four chroma sitings (I420), 4:2:2 (planar YUV422) and mono (RGB8).
+#include "y4m.h"
+
+#include "error.h"
+#include "numbers.h"
+#include "raw.h"
+
+namespace pxb::tool {
+namespace {
+
+constexpr std::string_view kMagic = "YUV4MPEG2", kFrame = "FRAME";
+constexpr std::size_t kMaxLine = 4096;
+
+struct Layout {
+    std::string_view name;
+    PixelFormat format;
+};
+constexpr Layout kLayouts[] = {
+    {"420jpeg", PXB_I420},  {"420", PXB_I420},   {"420mpeg2", PXB_I420},
+    {"420paldv", PXB_I420}, {"422", PXB_YUV422}, {"mono", PXB_RGB8},
+};
+
+std::string ReadLine(InputFile& input, std::string_view field) {
+    std::string line;
+    for (std::optional<char> c = input.Get(); c != '\n'; c = input.Get()) {
+        if (!c || line.size() == kMaxLine)
+            throw Error(input.name(), field, line.substr(0, 40), "the line does not end");
+        line += *c;
+    }
+    return line;
+}
+
+// The words after the first, which must be `first`.
+std::vector<std::string> ReadParameters(InputFile& input, std::string_view first,
+                                        const std::string& field) {
+    const std::string line = ReadLine(input, field);
+    if (!line.starts_with(first) || (line.size() > first.size() && line[first.size()] != ' '))
+        throw Error(input.name(), field, line.substr(0, 40), "should be " + std::string(first));
+    std::vector<std::string> words;
+    for (std::size_t at = first.size(); at < line.size();) {
+        const std::size_t end = std::min(line.find(' ', at + 1), line.size());
+        if (end > at + 1) words.push_back(line.substr(at + 1, end - at - 1));
+        at = end;
+    }
+    return words;
+}
+
+std::int32_t ParseExtent(const InputFile& input, const std::string& word) {
+    if (const auto extent = ParseNumber(word.substr(1), 1, INT32_MAX)) return *extent;
+    throw Error(input.name(), "header " + word.substr(0, 1), word.substr(1),
+                "is not a whole number from 1 on");
+}
+
+PixelFormat ParseLayout(const InputFile& input, const std::string& name) {
+    std::string known;
+    for (const Layout& layout : kLayouts) {
+        if (layout.name == name) return layout.format;
+        known.append(known.empty() ? "" : ", ").append(layout.name);
+    }
+    throw Error(input.name(), "header C", name, "is not one of " + known);
+}
+
+Video ReadHeader(InputFile& input) {
+    Video video{PXB_I420, {0, 0}};
+    for (const std::string& word : ReadParameters(input, kMagic, "header")) {
+        const std::string value = word.substr(1);
+        switch (word[0]) {
+            case 'W':
+                video.size.width = ParseExtent(input, word);
+                break;
+            case 'H':
+                video.size.height = ParseExtent(input, word);
+                break;
+            case 'F':
+                video.rate = value;
+                break;
+            case 'I':
+                video.interlacing = value;
+                break;
+            case 'A':
+                video.aspect = value;
+                break;
+            case 'X':
+                video.comments.push_back(value);
+                break;
+            case 'C':
+                video.format = ParseLayout(input, value);
+                video.layout = value;
+                break;
+            default:
+                throw Error(input.name(), "header", word, "is not a known parameter");
+        }
+    }
+    if (video.size.width == 0) throw Error(input.name(), "header W", "", "is missing");
+    if (video.size.height == 0) throw Error(input.name(), "header H", "", "is missing");
+    return video;
+}
+
+// The name under which the input had its layout, if it had one, else the first for the format.
+std::string_view LayoutName(const Video& video) {
+    std::string_view name;
+    for (const Layout& layout : kLayouts) {
+        if (layout.format != video.format) continue;
+        if (name.empty() || layout.name == video.layout) name = layout.name;
+    }
+    return name;
+}
+
+void WriteHeader(OutputFile& output, const Video& video) {
+    std::string header(kMagic);
+    const auto add = [&](char letter, std::string_view value) {
+        if (!value.empty()) (header += ' ').append(1, letter).append(value);
+    };
+    add('W', std::to_string(video.size.width));
+    add('H', std::to_string(video.size.height));
+    add('F', video.rate.empty() ? "25:1" : video.rate);
+    add('I', video.interlacing);
+    add('A', video.aspect);
+    add('C', LayoutName(video));
+    for (const std::string& comment : video.comments) add('X', comment);
+    output.Write(header + '\n');
+}
+
+}  // namespace
+
+Video ReadY4m(InputFile& input, const RawLayout&, const FrameSink& sink) {
+    const Video video = ReadHeader(input);
+    CheckSize(input.name(), video.format, video.size);
+    for (std::int64_t number = 0; !input.AtEnd(); ++number) {
+        ReadParameters(input, kFrame, "frame " + std::to_string(number));
+        if (!sink(video, ReadFrame(input, video, number), number)) break;
+    }
+    return video;
+}
+
+void WriteY4m(OutputFile& output, const Video& video, const Picture& picture, std::int64_t number) {
+    if (number == 0) WriteHeader(output, video);
+    output.Write("FRAME\n");
+    WriteFrame(output, picture);
+}
+
+}  // namespace pxb::tool

@@ -1,0 +1,10 @@
+// YUV4MPEG2 video: a line of parameters, then each frame behind a line "FRAME".
+#pragma once
+#include "file_types.h"
+
+namespace pxb::tool {
+
+Video ReadY4m(InputFile& input, const RawLayout& layout, const FrameSink& sink);
+void WriteY4m(OutputFile& output, const Video& video, const Picture& picture, std::int64_t number);
+
+}  // namespace pxb::tool
