@@ -1,0 +1,18 @@
+// The test program's own operators new and delete: they count, and fail on request.
+#pragma once
+
+namespace pxb::test {
+
+// Blocks that are allocated at present.
+int LiveAllocations();
+
+// While it lives, one allocation that may return null does: the first (0), the second (1), ...
+class FailingAllocation {
+  public:
+    explicit FailingAllocation(int number);
+    ~FailingAllocation();
+    FailingAllocation(const FailingAllocation&) = delete;
+    FailingAllocation& operator=(const FailingAllocation&) = delete;
+};
+
+}  // namespace pxb::test

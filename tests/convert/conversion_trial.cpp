@@ -1,0 +1,177 @@
+#include "convert/conversion_trial.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "noise.h"
+
+namespace pxb::test {
+namespace {
+
+using Int = std::int64_t;
+
+// Offsets of the first byte and of the end of what is visited, from the image's data.
+struct Span {
+    Int first = INT64_MAX, end = INT64_MIN;
+
+    void Add(Int offset, Int bytes) {
+        if (bytes <= 0) return;
+        first = std::min(first, offset);
+        end = std::max(end, offset + bytes);
+    }
+    bool IsEmpty() const { return first > end; }
+};
+
+struct Visited {
+    Span luma, chroma;  // packed images: all in luma
+
+    Span All() const {
+        return {std::min(luma.first, chroma.first), std::max(luma.end, chroma.end)};
+    }
+};
+
+// The walk of one conversion: which pixels it visits, and where rows lean to the left.
+struct Walk {
+    const ImageBuffer &dst, &src;
+    bool whole;  // odd columns and rows take part
+    Int width, height, columns, rows, group, lean;
+
+    Walk(const ImageBuffer& dst_, const ImageBuffer& src_) : dst(dst_), src(src_) {
+        const bool to_rgb = IsRgb(dst.format), from_rgb = IsRgb(src.format);
+        const bool grey = src.format == PXB_RGB8;
+        whole = (to_rgb && from_rgb) || grey || (Is420(dst.format) && Is420(src.format)) ||
+                (src.format == PXB_YUY2 && dst.format == PXB_YUY2) || src.format == PXB_AYUV32 ||
+                dst.format == PXB_AYUV32;
+        width = grey ? src.width : std::min(dst.width, src.width);
+        height = grey ? src.height : std::min(dst.height, src.height);
+        group = !whole && (Is420(dst.format) || Is420(src.format)) ? 2 : 1;
+        columns = whole ? width : width / 2 * 2;
+        rows = height / group * group;
+        lean = to_rgb != from_rgb ? width - columns : 0;
+    }
+
+    Visited Packed(const ImageBuffer& image) const {
+        const Int bytes = BytesPerPixel(image.format);
+        Int stride = image.stride;
+        if (dst.format == PXB_YUV422 || (src.format == PXB_YUV422 && dst.format == PXB_YUY2))
+            stride = bytes * columns;
+        if (src.format == PXB_RGB8 && &image == &dst) stride += bytes * (width - dst.width);
+        Visited visited;
+        for (Int row = 0; row < rows; ++row)
+            visited.luma.Add(row * stride - row / group * lean * bytes, columns * bytes);
+        return visited;
+    }
+
+    Visited Planar422() const {
+        const Int u = Int{dst.width} * height, v = u + dst.width / 2 * height;
+        Visited visited;
+        visited.luma.Add(0, rows * columns);
+        visited.chroma.Add(u, rows * (columns / 2));
+        visited.chroma.Add(v, rows * (columns / 2));
+        return visited;
+    }
+
+    Visited Planar420(const ImageBuffer& image) const {
+        const Int stride = image.stride;
+        const Int first = stride * (whole && &image == &dst ? height : image.height);
+        Visited visited;
+        for (Int row = 0; row < rows; ++row)
+            visited.luma.Add(row * stride - row / group * lean, columns);
+        for (Int row = 0; row < height / 2; ++row) {
+            if (image.format == PXB_NV12) {
+                visited.chroma.Add(first + row * stride, columns);
+            } else {
+                visited.chroma.Add(first + row * (stride / 2), columns / 2);
+                visited.chroma.Add(first + first / 4 + row * (stride / 2), columns / 2);
+            }
+        }
+        return visited;
+    }
+
+    Visited Of(const ImageBuffer& image) const {
+        if (Is420(image.format)) return Planar420(image);
+        return image.format == PXB_YUV422 ? Planar422() : Packed(image);
+    }
+};
+
+// Makes `planar` so tall that a page fits between its luma and its chroma.
+void MakeTall(ImageBuffer& planar, const Walk& walk) {
+    const Int gap = walk.Of(planar).luma.end + Int{GuardedMemory::kPage};
+    planar.height = static_cast<int32_t>((gap + planar.stride - 1) / planar.stride);
+}
+
+void Place(ImageBuffer& image, const GuardedMemory& memory, const Visited& visited,
+           Placement placement, bool split) {
+    const Span all = visited.All();
+    if (all.IsEmpty())
+        image.data = memory.FirstEnd();
+    else if (placement == Placement::kFront)
+        image.data = memory.First() - all.first;
+    else
+        image.data = memory.FirstEnd() - (split ? visited.luma.end : all.end);
+}
+
+}  // namespace
+
+int BytesPerPixel(int format) {
+    switch (format) {
+        case PXB_RGB24:
+            return 3;
+        case PXB_RGB32:
+        case PXB_AYUV32:
+            return 4;
+        case PXB_YUY2:
+            return 2;
+        default:
+            return 1;
+    }
+}
+
+ImageBuffer Describe(PixelFormat format, Size size, int padding, bool bottom_up) {
+    const int stride = BytesPerPixel(format) * size.width + padding;
+    return {nullptr, 0, bottom_up ? -stride : stride, size.width, size.height, format, nullptr};
+}
+
+ConversionTrial::ConversionTrial()
+    : background_(Noise(GuardedMemory::kSize, 1)), expected_(GuardedMemory::kSize) {
+    const std::vector<std::uint8_t> pixels = Noise(2 * GuardedMemory::kArea, 2);
+    std::memcpy(src_memory_.First(), pixels.data(), GuardedMemory::kArea);
+    std::memcpy(src_memory_.Second(), pixels.data() + GuardedMemory::kArea, GuardedMemory::kArea);
+}
+
+testing::AssertionResult ConversionTrial::Run(ImageBuffer dst, ImageBuffer src, Placement placement,
+                                              ::Processor arithmetic, const Converter& convert) {
+    // A copy between planar images places the planes of the destination by the common height.
+    bool split_src = placement == Placement::kSplit && Is420(src.format);
+    bool split_dst = placement == Placement::kSplit && !split_src && Is420(dst.format);
+    if (Walk(dst, src).Of(src).chroma.IsEmpty() || Walk(dst, src).Of(dst).luma.IsEmpty())
+        split_src = split_dst = false;
+    if (split_src) MakeTall(src, Walk(dst, src));
+    if (split_dst) MakeTall(dst, Walk(dst, src));
+    const Walk walk(dst, src);
+    Place(src, src_memory_, walk.Of(src), placement, split_src);
+    Place(dst, dst_memory_, walk.Of(dst), placement, split_dst);
+
+    std::memcpy(expected_.data(), background_.data(), background_.size());
+    std::uint8_t* const areas[] = {dst_memory_.First(), dst_memory_.Second()};
+    const auto offset = [&](const std::uint8_t* p) { return p - dst_memory_.Base(); };
+    for (std::uint8_t* area : areas)
+        std::memcpy(area, background_.data() + offset(area), GuardedMemory::kArea);
+
+    ImageBuffer expected = dst;
+    expected.data = expected_.data() + offset(dst.data);
+    ConvertByReference(expected, src, arithmetic);
+    const int32_t result = convert(&dst, &src);
+    if (result != PXB_SUCCESS) return testing::AssertionFailure() << "result " << result;
+
+    for (const std::uint8_t* area : areas) {
+        const std::uint8_t* const wanted = expected_.data() + offset(area);
+        if (std::memcmp(area, wanted, GuardedMemory::kArea) == 0) continue;
+        const auto [got, want] = std::mismatch(area, area + GuardedMemory::kArea, wanted);
+        return testing::AssertionFailure() << "byte " << got - dst.data << " after the data is "
+                                           << int{*got} << ", expected " << int{*want};
+    }
+    return testing::AssertionSuccess();
+}
+
+}  // namespace pxb::test

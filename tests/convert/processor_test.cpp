@@ -1,0 +1,98 @@
+#include "convert/processor.h"
+
+#include <cpuid.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "convert/kernel_table.h"
+#include "convert/load_time.h"
+#include "convert/variant.h"
+
+namespace pxb::test {
+namespace {
+
+TEST(Processor, ProbeKeepsTenBits) {
+    unsigned a, b, c, d, highest_extended;
+    __cpuid(0x80000000, highest_extended, b, c, d);
+    __cpuid(1, a, b, c, d);
+    const pxb::Processor found = ProbeProcessor();
+    EXPECT_EQ(found.features & 0x17808010, d & 0x17808010);
+    EXPECT_EQ(found.features & ~0xD7C08010, 0u);
+    if (highest_extended != 0x80000000) {
+        EXPECT_EQ(found.features & 0xC0400000, 0u);
+    }
+    EXPECT_EQ(found.wide, __builtin_cpu_supports("avx2") ? kAvx2 : 0u);
+    EXPECT_EQ(ProcessorFeatures(), found.features);
+    EXPECT_EQ(WideFeatures(), found.wide);
+}
+
+TEST(LoadTime, InitialisesOnce) {
+    const auto table = KernelTable;
+    const ForcedProcessor known({kTimeStampCounter, 0});
+    KernelTable = {};
+    EXPECT_EQ(InitialiseOnce(), kTimeStampCounter);
+    EXPECT_EQ(ProcessorFeatures(), kTimeStampCounter);
+    EXPECT_EQ(WideFeatures(), 0u);
+    EXPECT_TRUE(std::none_of(KernelTable.begin(), KernelTable.end(),
+                             [](const KernelEntry& entry) { return entry.kernel.any; }));
+
+    SetProcessor({0, 0});
+    EXPECT_EQ(InitialiseOnce(), ProbeProcessor().features);
+    EXPECT_EQ(ProcessorFeatures(), ProbeProcessor().features);
+    EXPECT_TRUE(std::any_of(KernelTable.begin(), KernelTable.end(),
+                            [](const KernelEntry& entry) { return entry.kernel.any; }));
+    KernelTable = table;
+}
+
+using Dummy = int();
+int Plain() {
+    return 0;
+}
+int Mmx() {
+    return 1;
+}
+int Sse2() {
+    return 2;
+}
+int Avx2() {
+    return 3;
+}
+
+TEST(Variants, Choice) {
+    constexpr struct {
+        std::uint32_t features, wide;
+        int wanted[8];  // by the variants that exist: bit 0 MMX, bit 1 SSE2, bit 2 AVX2
+    } kCases[] = {
+        {0, 0, {0, 0, 0, 0, 0, 0, 0, 0}},
+        {kSse, 0, {0, 0, 0, 0, 0, 0, 0, 0}},
+        {kMmx, 0, {0, 1, 0, 1, 0, 1, 0, 1}},
+        {kMmx | kSse, 0, {0, 1, 0, 1, 0, 1, 0, 1}},
+        {kSse2, 0, {0, 0, 2, 2, 0, 0, 2, 2}},
+        {kSse | kSse2, 0, {0, 0, 2, 2, 0, 0, 2, 2}},
+        {kMmx | kSse2, 0, {0, 1, 2, 2, 0, 1, 2, 2}},
+        {kMmx | kSse | kSse2, 0, {0, 1, 2, 2, 0, 1, 2, 2}},
+        {0, kAvx2, {0, 0, 0, 0, 0, 0, 0, 0}},  // AVX2 stands behind the SSE2 bit
+        {kSse, kAvx2, {0, 0, 0, 0, 0, 0, 0, 0}},
+        {kMmx, kAvx2, {0, 1, 0, 1, 0, 1, 0, 1}},
+        {kMmx | kSse, kAvx2, {0, 1, 0, 1, 0, 1, 0, 1}},
+        {kSse2, kAvx2, {0, 0, 2, 2, 0, 0, 3, 3}},
+        {kSse | kSse2, kAvx2, {0, 0, 2, 2, 0, 0, 3, 3}},
+        {kMmx | kSse2, kAvx2, {0, 1, 2, 2, 0, 1, 3, 3}},
+        {kMmx | kSse | kSse2, kAvx2, {0, 1, 2, 2, 0, 1, 3, 3}},
+    };
+    for (const auto& c : kCases)
+        for (const std::uint32_t others : {0u, 0xD1408010u}) {
+            const ForcedProcessor forced({c.features | others, c.wide});
+            for (int exist = 0; exist < 8; ++exist) {
+                const Variants<Dummy> variants = {Plain, exist & 1 ? Mmx : nullptr,
+                                                  exist & 2 ? Sse2 : nullptr,
+                                                  exist & 4 ? Avx2 : nullptr};
+                EXPECT_EQ(variants.Choose()(), c.wanted[exist])
+                    << std::hex << c.features << " " << c.wide << " " << exist;
+            }
+        }
+}
+
+}  // namespace
+}  // namespace pxb::test

@@ -1,0 +1,145 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+
+#include "PxbLib.h"
+#include "guarded_memory.h"
+#include "noise.h"
+
+namespace pxb::test {
+namespace {
+
+using Byte = std::uint8_t;
+
+constexpr struct Color {
+    std::uint32_t code;
+    Byte r, g, b, y, u, v, grey;
+} kColors[] = {
+    {0x000000, 0, 0, 0, 16, 128, 128, 0},
+    {0xFFFFFF, 255, 255, 255, 235, 128, 128, 255},
+    {0x0000FF, 255, 0, 0, 81, 90, 239, 85},
+    {0x00FF00, 0, 255, 0, 144, 53, 34, 85},
+    {0xFF0000, 0, 0, 255, 40, 239, 109, 85},
+    {0xAB332211, 0x11, 0x22, 0x33, 42, 137, 119, 34},  // the top byte has no effect
+};
+
+struct Layout {
+    std::vector<Byte> group;  // what repeats in a row
+    int pixels;               // in a group
+    int padding;              // what padding becomes; -1: it stays
+};
+
+Layout LayoutOf(int format, const Color& c) {
+    switch (format) {
+        case PXB_RGB24:
+            return {{c.b, c.g, c.r}, 1, -1};
+        case PXB_RGB32:
+            return {{c.b, c.g, c.r, 0}, 1, -1};
+        case PXB_YUY2:
+            return {{c.y, c.u, c.y, c.v}, 2, -1};
+        case PXB_YUV422:
+            return {{c.u, c.y, c.v, c.y}, 2, -1};
+        case PXB_RGB8:
+            return {{c.grey}, 1, 0};
+        default:
+            return {{c.y}, 1, c.y};
+    }
+}
+
+// The bytes from `image.data` on that the fill must leave there; 4:2:0 planes follow.
+void Paint(Byte* at, const ImageBuffer& image, const Color& c) {
+    const Layout layout = LayoutOf(image.format, c);
+    const int group = static_cast<int>(layout.group.size());
+    for (int y = 0; y < image.height; ++y)
+        for (int i = 0; i < std::abs(image.stride); ++i) {
+            Byte& byte = at[y * image.stride + i];
+            if (i / group < image.width / layout.pixels)
+                byte = layout.group[i % group];
+            else if (layout.padding >= 0 && image.stride > 0)
+                byte = static_cast<Byte>(layout.padding);
+        }
+    if (image.format != PXB_YV12 && image.format != PXB_I420) return;
+    const int luma = image.stride * image.height;
+    const bool v_first = image.format == PXB_YV12;
+    for (int i = 0; i < luma / 4; ++i) {
+        at[luma + i] = v_first ? c.v : c.u;
+        at[luma + luma / 4 + i] = v_first ? c.u : c.v;
+    }
+}
+
+TEST(FillColor, PaintsWhatEachFormatSays) {
+    const GuardedMemory memory;
+    const std::vector<Byte> background = Noise(GuardedMemory::kArea, 1);
+    for (int format = PXB_RGB24; format <= PXB_YUV422; ++format)
+        for (const int width : {0, 1, 2, 3, 5, 8, 33, 511, 520})
+            for (const int height : {0, 1, 2, 3})
+                for (const int padding : {0, 1, 6})
+                    for (const int up : {0, 1}) {
+                        const bool planar = format == PXB_YV12 || format == PXB_I420;
+                        if (up && planar) continue;
+                        const Color& color = kColors[(width + height + format) % 6];
+                        const auto group = LayoutOf(format, color).group.size();
+                        const int row =
+                            width * (group == 4 && format != PXB_RGB32 ? 2 : int(group));
+                        const int stride = row + padding;
+                        const int size = stride * height * (planar ? 6 : 4) / 4;
+                        SCOPED_TRACE(testing::Message() << "format " << format << ", " << width
+                                                        << " x " << height << ", " << stride);
+                        Byte* const first = memory.FirstEnd() - size;
+                        ImageBuffer image = {first, 0, stride, width, height, format, nullptr};
+                        if (up && height > 0) {
+                            image.data += (height - 1) * stride;
+                            image.stride = -stride;
+                        }
+                        std::memcpy(memory.First(), background.data(), background.size());
+                        std::vector<Byte> expected = background;
+                        Paint(expected.data() + (image.data - memory.First()), image, color);
+                        const ImageBuffer before = image;
+                        ASSERT_EQ(PxbFillColor(&image, color.code), PXB_SUCCESS);
+                        ASSERT_EQ(std::memcmp(&image, &before, sizeof image), 0);
+                        ASSERT_EQ(std::memcmp(memory.First(), expected.data(), expected.size()), 0);
+                    }
+}
+
+TEST(FillColor, RefusesOrPaintsNothing) {
+    constexpr struct {
+        int format, stride, width, height;
+        int32_t wanted;
+    } kCases[] = {
+        {PXB_AYUV32, 16, 4, 4, PXB_BAD_ARGUMENT}, {PXB_NV12, 16, 4, 4, PXB_BAD_ARGUMENT},
+        {0, 16, 4, 4, PXB_BAD_ARGUMENT},          {10, 16, 4, 4, PXB_BAD_ARGUMENT},
+        {-1, 16, 4, 4, PXB_BAD_ARGUMENT},         {INT32_MIN, 16, 4, 4, PXB_BAD_ARGUMENT},
+        {PXB_I420, -4, 4, 4, PXB_SUCCESS},        {PXB_YV12, -4, 4, 4, PXB_SUCCESS},
+        {PXB_YUY2, 8, 1, 4, PXB_SUCCESS},         {PXB_YUV422, 8, 1, 4, PXB_SUCCESS},
+    };
+    std::vector<Byte> bytes(256, 77);
+    ImageBuffer companion = {bytes.data() + 128, 8, 4, 4, 4, PXB_RGB8, nullptr};
+    const auto expect = [&](ImageBuffer image, int32_t wanted) {
+        EXPECT_EQ(PxbFillColor(&image, 0x123456), wanted) << "format " << image.format;
+        EXPECT_EQ(bytes, std::vector<Byte>(256, 77)) << "format " << image.format;
+    };
+    for (const auto& c : kCases)
+        expect({bytes.data() + 64, 0, c.stride, c.width, c.height, c.format, &companion}, c.wanted);
+    for (int format = 0; format <= 10; ++format) {
+        expect({nullptr, 0, 16, 4, 4, format, &companion}, PXB_BAD_ARGUMENT);
+        if (format < PXB_RGB24 || format > PXB_YUV422) continue;
+        for (const int extent : {0, -1, INT32_MIN}) {
+            expect({bytes.data(), 0, 16, 4, extent, format, &companion}, PXB_SUCCESS);
+            if (extent < 0)
+                expect({bytes.data(), 0, 16, extent, 4, format, &companion}, PXB_SUCCESS);
+        }
+    }
+}
+
+TEST(FillColor, LeavesTheCompanionAlone) {
+    Byte pixels[16] = {}, alpha[16] = {};
+    ImageBuffer companion = {alpha, 8, 4, 4, 4, PXB_RGB8, nullptr};
+    ImageBuffer image = {pixels, 8, 4, 4, 4, PXB_RGB8, &companion};
+    EXPECT_EQ(PxbFillColor(&image, 0xFFFFFF), PXB_SUCCESS);
+    EXPECT_EQ(std::count(pixels, pixels + 16, 255), 16);
+    EXPECT_EQ(std::count(alpha, alpha + 16, 0), 16);
+}
+
+}  // namespace
+}  // namespace pxb::test

@@ -1,0 +1,60 @@
+"""usage: check_kernels.py --nm NM --objdump OBJDUMP --bits 32|64 INSTRUCTION_SET OBJECT...
+
+Object files compiled for one instruction set (baseline, pairwise, mmx, sse2, avx2) use no registers
+or instructions beyond it. Those of the kernels moreover define no symbol that code for other
+processors could pick up: the linker keeps one copy of an inline function for everybody, and that
+could be the AVX2 one. They also run nothing at load time, before the processor is known."""
+import argparse
+import re
+import sys
+from typing import Iterator
+
+from binary import Binary, Symbol
+from registers import complaint, namespace_of
+
+
+def shared_symbol(symbol: Symbol, namespace: str) -> str | None:
+    if re.match(r"__x86\.get_pc_thunk\.", symbol.name):
+        return None  # the compiler's own: two instructions that every processor has
+    # Windows objects have no weak functions; theirs stand in sections of their own.
+    if symbol.kind in "WVu" or (symbol.kind.isupper() and "$" in symbol.section):
+        return f"{symbol.name}: weak symbol, shared with code for other processors"
+    if symbol.kind.isupper() and namespace_of(symbol.name) != namespace:
+        return f"{symbol.name}: global symbol outside pxb::{namespace}"
+    return None
+
+
+def faults(binary: Binary, instruction_set: str, bits: int) -> Iterator[str]:
+    if instruction_set != "baseline":
+        for symbol in binary.symbols():
+            if fault := shared_symbol(symbol, instruction_set):
+                yield fault
+        for section in binary.sections():
+            if re.match(r"\.(ctors|(pre)?init_array)", section):
+                yield f"{section}: code that runs at load time"
+    rules = "baseline" if instruction_set == "pairwise" else instruction_set
+    for code in binary.instructions():
+        if fault := complaint(code, rules, bits):
+            yield fault
+
+
+def main() -> int:
+    parser = argparse.ArgumentParser()
+    for option in ("--nm", "--objdump"):
+        parser.add_argument(option, required=True)
+    parser.add_argument("--bits", type=int, required=True)
+    parser.add_argument("instruction_set")
+    parser.add_argument("objects", nargs="+")
+    options = parser.parse_args()
+    found = 0
+    for path in options.objects:
+        for fault in faults(Binary(path, options.nm, options.objdump), options.instruction_set,
+                            options.bits):
+            print(f"{path}: {fault}")
+            found += 1
+    print(f"{options.instruction_set}: {len(options.objects)} objects, {found} faults")
+    return found != 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,73 @@
+"""usage: check_product.py --nm NM --objdump OBJDUMP --bits 32|64 --exports exports.def
+                        --header PxbLib.h LIBRARY [IMPORT_LIBRARY...]
+
+The linked library: every function keeps to the registers of its namespace, linked-in run-time
+libraries included; exactly the listed names leave it, undecorated and declared in the header; it
+needs nothing but the system's own libraries; its import libraries offer the same names."""
+import argparse
+import re
+import sys
+from pathlib import Path
+from typing import Iterator
+
+from binary import Binary
+from registers import complaint, namespace_of
+
+WIDE = {"mmx", "sse2", "avx2"}
+SYSTEM_LIBRARIES = r"(?i:kernel32|msvcrt)\.dll|lib[cm]\.so\.6|ld-linux(-x86-64)?\.so\.2"
+
+
+def register_faults(library: Binary, bits: int) -> Iterator[str]:
+    seen = set()
+    for code in library.instructions():
+        namespace = namespace_of(code.function)
+        instruction_set = namespace if namespace in WIDE else "baseline"
+        seen.add(instruction_set)
+        if fault := complaint(code, instruction_set, bits):
+            yield fault
+    if missing := WIDE - seen:
+        yield f"no functions of {', '.join(sorted(missing))} seen: is the symbol table gone?"
+
+
+def differences(wanted: set[str], found: set[str], where: str) -> Iterator[str]:
+    for name in sorted(wanted - found):
+        yield f"{name}: missing from {where}"
+    for name in sorted(found - wanted):
+        yield f"{name}: should not be in {where}"
+
+
+def interface_faults(library: Binary, listed: set[str], declared: set[str]) -> Iterator[str]:
+    yield from differences(listed, library.exports(), "the exports")
+    for name in sorted(listed - declared):
+        yield f"{name}: exported but not declared in the header"
+    for name in sorted(library.needed()):
+        if not re.fullmatch(SYSTEM_LIBRARIES, name):
+            yield f"{name}: the library must not need it"
+    if re.search(r"^\s+NO_SEH$", library.headers(), re.M):
+        yield "NO_SEH: the handler that guards the processor probe would be ignored"
+
+
+def main() -> int:
+    parser = argparse.ArgumentParser()
+    for option in ("--nm", "--objdump", "--exports", "--header"):
+        parser.add_argument(option, required=True)
+    parser.add_argument("--bits", type=int, required=True)
+    parser.add_argument("library")
+    parser.add_argument("import_libraries", nargs="*")
+    options = parser.parse_args()
+
+    listed = set(re.findall(r"^\s+(\w+)$", Path(options.exports).read_text(), re.M))
+    declared = set(re.findall(r"^PXB_API .*\bPXB_CALL (\w+)\(", Path(options.header).read_text(),
+                              re.M))
+    library = Binary(options.library, options.nm, options.objdump)
+    found = [*register_faults(library, options.bits),
+             *interface_faults(library, listed, declared)]
+    for path in options.import_libraries:
+        offered = Binary(path, options.nm, options.objdump).offers()
+        found += differences(listed, offered, Path(path).name)
+    print(*found, f"{options.library}: {len(listed)} names, {len(found)} faults", sep="\n")
+    return bool(found)
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,91 @@
+#!/bin/bash
+# The program itself: exit statuses, one line on standard error, standard input and output, and what
+# is left in the folder. Arguments: the program, and for Windows programs what runs them, which gives
+# them no standard input.
+program=$1 runner=$2
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+message=$scratch/message
+mkdir "$scratch/folder" && cd "$scratch/folder" || exit 1
+failures=0
+
+pxb() { $runner "$program" "$@"; }
+fail() { echo "FAILED: $*"; failures=$((failures + 1)); }
+expect() { [ "$1" = "$2" ] || fail "expected '$2', got '$1'"; }
+
+# refused PART ARGUMENTS...: status 2, one line that starts with "pxb: " and contains PART, no file.
+refused() {
+    local part=$1 before; shift
+    before=$(ls)
+    pxb "$@" >/dev/null 2>"$message"
+    expect "$*: $?" "$*: 2"
+    expect "$*: $(wc -l <"$message") lines" "$*: 1 lines"
+    case $(cat "$message") in
+        "pxb: "*"$part"*) ;;
+        *) fail "$*: '$(cat "$message")' has no '$part'" ;;
+    esac
+    expect "left by $*: $(ls)" "left by $*: $before"
+}
+
+pxb testcard card.y4m --size 101x75 --frames 3 || fail testcard
+pxb testcard card.bmp --size 101x75 || fail "testcard as BMP"
+pxb convert card.y4m converted.bmp || fail convert
+cmp card.bmp converted.bmp || fail "the card and its conversion differ"
+pxb convert card.y4m card.i420 || fail "convert to raw frames"
+expect "$(wc -c <card.i420)" $((3 * (101 * 75 + 2 * 51 * 38)))
+pxb convert card.i420 back.y4m --size 101x75 || fail "convert from raw frames"
+pxb convert back.y4m back.i420 && cmp card.i420 back.i420 || fail "raw frames differ"
+expect "$(pxb info card.y4m | grep -c '^frames      3, 25 a second')" 1
+expect "$(pxb --version)" "pxb 1.0.0"
+for command in "" testcard info convert channel; do
+    pxb $command --help | grep -q "^Usage: pxb" || fail "$command --help"
+done
+
+refused "subcommand"
+refused "--frob" convert card.y4m out.bmp --frob
+refused "OUT" convert card.y4m
+refused "--size: 0x4" testcard out.y4m --size 0x4
+refused "--size: 65536x65536x2" testcard out.y4m --size 65536x65536x2
+refused "size: 65536x65536" testcard out.y4m --size 65536x65536
+refused "--format: YUV9" info card.i420 --size 4x4 --format YUV9
+refused "--channel" channel card.bmp out.bmp --channel 6
+refused "--frames: 3" testcard out.bmp --frames 3
+refused "absent.y4m: open" info absent.y4m
+refused "absent/out.bmp: open" convert card.y4m absent/out.bmp
+
+if [ -z "$runner" ]; then
+    pxb testcard - --type y4m --size 101x75 --frames 3 | cmp - card.y4m || fail "card on standard output"
+    pxb convert - - --type bmp <card.y4m | cmp - card.bmp || fail "standard input"
+    pxb convert - - --type raw --size 101x75 --format I420 <card.i420 | cmp - card.i420 ||
+        fail "raw frames on standard input"
+    head -c 30000 card.y4m | pxb convert - out.bmp --frame 2 2>/dev/null
+    expect $? 2
+    for command in "testcard - --type bmp" "convert card.y4m - --type raw" "info card.y4m" "--help"; do
+        pxb $command >/dev/full 2>"$message"
+        expect "$command on a full device: $? $(grep -c '^pxb: standard output: write' "$message")" \
+            "$command on a full device: 2 1"
+        pxb $command >&- 2>/dev/null
+        expect "$command without standard output: $?" "$command without standard output: 2"
+    done
+    mkfifo pipe
+    timeout 20 cat pipe >piped.bmp & reader=$!
+    pxb testcard pipe --type bmp --size 101x75 && wait $reader && cmp piped.bmp card.bmp ||
+        fail "card into a pipe"
+    [ -p pipe ] || fail "a pipe was replaced"
+    ln -s card.i420 link.i420
+    pxb testcard link.i420 --size 2x2 && [ -L link.i420 ] && expect "$(wc -c <card.i420)" 6 || fail "link"
+
+    # Interrupted while it waits for the rest of the second frame.
+    pxb testcard large.y4m --frames 2
+    "$program" convert - out.y4m <pipe & writer=$!
+    exec 3>pipe
+    cat large.y4m >&3
+    for _ in $(seq 100); do compgen -G "out.y4m.pxb-*" >/dev/null && break; sleep 0.05; done
+    compgen -G "out.y4m.pxb-*" >/dev/null || fail "no unfinished file to interrupt"
+    kill -TERM $writer
+    wait $writer 2>/dev/null
+    exec 3>&-
+    compgen -G "out.y4m*" >/dev/null && fail "an unfinished file was left"
+fi
+[ $failures = 0 ] && echo "all passed"
+exit $((failures != 0))

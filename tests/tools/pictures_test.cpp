@@ -1,0 +1,130 @@
+// What the tool adds to the library's pixels: edges of odd pictures, the choice of frames, the card.
+#include <algorithm>
+#include <string>
+
+#include "commands.h"
+#include "convert.h"
+#include "scratch_folder.h"
+#include "testcard.h"
+
+namespace pxb::tool {
+namespace {
+
+std::string RowBytes(const Picture& picture, const Plane& plane, std::int64_t y,
+                     std::int64_t bytes) {
+    return {reinterpret_cast<const char*>(picture.Row(plane, y)), static_cast<std::size_t>(bytes)};
+}
+
+// What is in memory beyond an odd picture is a copy of its last column and row, in every format.
+TEST(Pictures, OddOnesRepeatTheirEdges) {
+    for (const PixelFormat format : kAllFormats) {
+        SCOPED_TRACE(FormatName(format));
+        Picture picture("", format, {3, 3});
+        for (const Plane& plane : picture.Planes())
+            for (std::int64_t y = 0; y < plane.rows; ++y)
+                for (std::int64_t i = 0; i < plane.row_bytes; ++i)
+                    picture.Row(plane, y)[i] = static_cast<std::uint8_t>(16 * y + i + 1);
+        picture.RepeatEdges();
+        for (const Plane& plane : PlanesOf(picture.image(), {4, 4})) {
+            SCOPED_TRACE(plane.samples);
+            const bool pairs_of_rows = plane.rows == 2;
+            const std::string last = RowBytes(picture, plane, plane.rows - 1, plane.row_bytes);
+            const std::string before = RowBytes(picture, plane, plane.rows - 2, plane.row_bytes);
+            EXPECT_EQ(last == before, !pairs_of_rows);
+            for (int i = 0; i < plane.pixel_bytes; ++i)
+                EXPECT_EQ(last[3 * plane.pixel_step + i], last[2 * plane.pixel_step + i]);
+        }
+    }
+}
+
+// A picture of odd size looks like the even one that it was cut from, last column and row included.
+TEST(Pictures, OddOnesConvertWithoutDrift) {
+    const Size odd = {13, 7};
+    Picture large = PaintTestCard({14, 8}, 0, 1), small("", PXB_I420, odd);
+    std::vector<Plane> from = large.Planes(), to = small.Planes();
+    for (std::size_t i = 0; i < to.size(); ++i)
+        for (std::int64_t y = 0; y < to[i].rows; ++y)
+            std::copy_n(large.Row(from[i], y), to[i].row_bytes, small.Row(to[i], y));
+    small.RepeatEdges();
+
+    // Wide enough that every row passes through the same arithmetic in both.
+    const Picture whole = Convert("", large, PXB_RGB24), cut = Convert("", small, PXB_RGB24);
+    const Plane plane = cut.Planes()[0];
+    for (int y = 0; y < odd.height; ++y) {
+        SCOPED_TRACE(y);
+        EXPECT_EQ(RowBytes(cut, plane, y, plane.row_bytes),
+                  RowBytes(whole, plane, y, plane.row_bytes));
+    }
+}
+
+class Frames : public ScratchFolder {};
+
+TEST_F(Frames, AreChosenByWhatTheOutputHolds) {
+    const std::string video = Put("in.y4m", "YUV4MPEG2 W1 H1 Cmono\nFRAME\naFRAME\nbFRAME\nc");
+    const struct {
+        std::string out;
+        std::optional<std::int64_t> frame;
+        std::string pixels;
+    } cases[] = {
+        {"out.raw", {}, "abc"}, {"out.raw", 1, "b"}, {"out.pgm", {}, "a"}, {"out.pgm", 2, "c"}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.out + " of " + c.pixels);
+        ConvertFile({video, {}, c.frame}, {Path(c.out), "", {}});
+        const std::string bytes = Get(c.out);
+        EXPECT_EQ(bytes.substr(bytes.size() - c.pixels.size()), c.pixels);
+        EXPECT_EQ(bytes.size(), c.pixels.size() + (c.out == "out.pgm" ? 11 : 0));
+    }
+}
+
+TEST_F(Frames, ChannelsBecomeGreyPictures) {
+    Put("in.rgb32", "BGRABGRA");
+    const RawLayout layout = {Size{2, 1}, {}};
+    const std::string expected[] = {"AA", "RR", "GG", "BB"};
+    for (int channel = 1; channel <= 4; ++channel) {
+        ExtractChannel({Path("in.rgb32"), layout, {}}, {Path("out.raw"), "", {}}, channel);
+        EXPECT_EQ(Get("out.raw"), expected[channel - 1]);
+    }
+}
+
+TEST_F(Frames, InfoSaysWhereThePlanesAre) {
+    const std::string info =
+        Describe({Put("in.yv12", std::string(18 + 9, 'x')), {Size{5, 3}, {}}, {}});
+    for (const char* part : {"size        5 x 3\n", "format      3, YV12\n", "frames      1\n",
+                             "in memory   6 x 4, stride 6", "V         at byte 24, stride 3",
+                             "U         at byte 30, stride 3"})
+        EXPECT_NE(info.find(part), std::string::npos) << part << "\nin\n" << info;
+}
+
+TEST(TestCard, StaysInStudioRangeAtEverySize) {
+    for (const Size size : {Size{1, 1}, Size{5, 3}, Size{3, 200}, Size{200, 3}, Size{64, 48},
+                            Size{97, 61}, Size{200, 150}, Size{576, 768}}) {
+        SCOPED_TRACE(ToString(size));
+        const Picture card = PaintTestCard(size, 0, 1);
+        for (const Plane& plane : card.Planes())
+            for (std::int64_t y = 0; y < plane.rows; ++y) {
+                const auto [least, most] =
+                    std::minmax_element(card.Row(plane, y), card.Row(plane, y) + plane.row_bytes);
+                EXPECT_GE(*least, 16);
+                EXPECT_LE(*most, plane.samples == "Y" ? 235 : 240);
+            }
+    }
+}
+
+TEST(TestCard, ShowsKnownColorsAndMoves) {
+    const Picture card = PaintTestCard({768, 576}, 0, 4);
+    const std::vector<Plane> planes = card.Planes();
+    const auto at = [&](int x, int y) {
+        return std::vector<int>{card.Row(planes[0], y)[x], card.Row(planes[1], y / 2)[x / 2],
+                                card.Row(planes[2], y / 2)[x / 2]};
+    };
+    EXPECT_EQ(at(56, 56), (std::vector{81, 90, 240}));      // the red corner
+    EXPECT_EQ(at(80, 80), (std::vector{170, 166, 16}));     // cyan inside it
+    EXPECT_EQ(at(584, 60), (std::vector{16, 128, 128}));    // black, the last of the bars
+    EXPECT_EQ(at(384, 288), (std::vector{235, 128, 128}));  // the middle of the zone plate
+
+    const Picture later = PaintTestCard({768, 576}, 2, 4);
+    EXPECT_EQ(later.Row(planes[0], 288)[384], 16);  // half a turn of its phase
+}
+
+}  // namespace
+}  // namespace pxb::tool

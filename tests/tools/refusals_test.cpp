@@ -1,0 +1,155 @@
+// Bad files, bad requests and bad places to write to: one line that names the file, the field and
+// the value, and nothing left behind.
+#include <string>
+
+#include "commands.h"
+#include "error.h"
+#include "scratch_folder.h"
+
+namespace pxb::tool {
+namespace {
+
+template <class Action>
+std::string MessageOf(Action action) {
+    try {
+        action();
+    } catch (const Error& error) {
+        return error.what();
+    }
+    return "no error";
+}
+
+class Refusals : public ScratchFolder {};
+
+TEST_F(Refusals, FilesThatLieOrEndEarly) {
+    const std::string png(
+        "\x89PNG\r\n\x1a\n\0\0\0\x0dIHDR\0\0\x75\x30\0\0\x4e\x20\x08\x02\0\0\0\x40\xf7\x9c\xde"
+        "\0\0\0\x0cIDAT",
+        41);
+    const std::string bmp("BM\0\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\2\0\0\0\2\0\0\0\1\0\x18\0", 30);
+    const std::string no_compression(24, '\0');
+    const struct {
+        std::string name, bytes, field_and_value;
+        RawLayout layout = {};
+    } cases[] = {
+        {"empty.y4m", "", "header"},
+        {"a.y4m", "YUV4MPEG2 W4 H4", "header: YUV4MPEG2 W4 H4: the line does not end"},
+        {"a.y4m", "YUV4MPEG3 W4 H4\n", "header: YUV4MPEG3 W4 H4: should be"},
+        {"a.y4m", "YUV4MPEG2 W4\n", "header H"},
+        {"a.y4m", "YUV4MPEG2 W0 H4\n", "header W: 0"},
+        {"a.y4m", "YUV4MPEG2 W-4 H4\n", "header W: -4"},
+        {"a.y4m", "YUV4MPEG2 W4 H99999999999\n", "header H: 99999999999"},
+        {"a.y4m", "YUV4MPEG2 W2147483647 H2147483647\n", "size: 2147483647x2147483647 I420"},
+        {"a.y4m", "YUV4MPEG2 W65536 H65536\n", "size: 65536x65536 I420: more than"},
+        {"a.y4m", "YUV4MPEG2 W4 H4 C444\n", "header C: 444"},
+        {"a.y4m", "YUV4MPEG2 W4 H4\nFRAME\nabc", "frame 0: 24 bytes: the file has only 3"},
+        {"a.y4m", "YUV4MPEG2 W1 H1\nFRAME\nabcFRAME\nab", "frame 1: 3 bytes"},
+        {"a.y4m", "YUV4MPEG2 W1 H1\nFRAME\nabcd", "frame 1: d"},
+        {"a.y4m", "YUV4MPEG2 W1 H1\n", "frame: 0: the file has 0 frames"},
+        {"a.pgm", "P5 2 2 255 abc", "pixels: 4 bytes"},
+        {"a.pgm", "P5 2 0 255 abc", "height: 0"},
+        {"a.pgm", "P5 2 2 70000 abc", "maxval: 70000"},
+        {"a.pgm", "P5 1 1 100 \xc8", "row 0: 200: is above the maxval of 100"},
+        {"a.pgm", "P4 2 2 \xc0\xc0", "header: P4"},
+        {"a.pgm", "P2 2 1 9 5 10", "row 0: 10"},
+        {"a.pgm", "P2 2 1 9 5 x", "row 0: x"},
+        {"a.pgm", "P2 40000 40000 9 5 ", "pixels: 1600000000 bytes"},
+        {"a.ppm", "P6 60000 60000 255 ", "size: 60000x60000 RGB24"},
+        {"a.bmp", "BM", "header: 2 bytes"},
+        {"a.bmp", bmp + no_compression + "abc", "pixels: 16 bytes"},
+        {"a.bmp", bmp + std::string("\1\0\0\0", 4) + no_compression, "compression: 1"},
+        {"a.bmp", bmp.substr(0, 28) + std::string("\4\0", 2) + no_compression, "bits a pixel: 4"},
+        {"a.bmp", bmp.substr(0, 10) + std::string(4, '\0') + bmp.substr(14) + no_compression,
+         "pixel offset: 0"},
+        {"a.bmp", bmp.substr(0, 14) + "\x0c" + bmp.substr(15) + no_compression, "header size: 12"},
+        {"a.nv12", "123456", "--size"},
+        {"a.raw", "123456", "--format", {Size{2, 2}, {}}},
+        {"a.nv12",
+         "1234567",
+         "file size: 7 bytes: not a whole number of frames of 6",
+         {Size{2, 2}, {}}},
+        {"a.nv12", "", "file size: 0 bytes", {Size{2, 2}, {}}},
+        {"a.nv12", "1", "size: 2147483647x2 NV12", {Size{2147483647, 2}, {}}},
+        {"a.png", "no picture", PXB_TOOL_HAS_PNG ? "PNG data" : "file type: png: this build"},
+        {"a.png", png, PXB_TOOL_HAS_PNG ? "PNG data: 1744186 bytes" : "file type: png: this build"},
+        {"a.y4m", "YUV4MPEG2 W1 H1\nFRAME\nabc", "--size", {Size{2, 2}, {}}},
+        {"unknown", "what is this?", "file type: unknown"},
+        {"unknown", "", "file type: empty"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name + " with " + c.field_and_value);
+        const std::string in = Put(c.name, c.bytes);
+        const std::string message = MessageOf([&] {
+            ConvertFile({in, c.layout, {}}, {Path("out.raw"), "", {}});
+        });
+        EXPECT_EQ(message.find(in + ": " + c.field_and_value), 0u) << message;
+        std::filesystem::remove(in);
+        EXPECT_EQ(FileCount(), 0u);
+    }
+}
+
+TEST_F(Refusals, RequestsThatCannotBeMet) {
+    const std::string grey = Put("grey.pgm", "P5 1 1 255 a");
+    const std::string planar = Put("planar.yuv422", "abcu1v2");
+    const RawLayout three = {Size{3, 1}, {}};
+    const struct {
+        InputOptions from;
+        OutputOptions to;
+        std::string message;  // a part of it
+    } cases[] = {
+        {{grey, {}, {}}, {Path("out.y4m"), "", PXB_I420}, "grey.pgm: conversion: RGB8 to I420"},
+        {{planar, three, {}},
+         {Path("out.rgb32"), "", {}},
+         "YUV422 to RGB32: the library answers 2 (PXB_BAD_ARGUMENT); convert to "},
+        {{planar, three, {}}, {Path("out.pgm"), "", {}}, "`pxb channel` makes grey pictures"},
+        {{planar, three, 1}, {Path("out.yuv"), "", {}}, "frame: 1: the file has 1 frame"},
+        {{grey, {}, {}}, {Path("out.ppm"), "", PXB_YUY2}, "--to: YUY2: a PPM picture holds RGB24"},
+        {{grey, {}, {}}, {Path("out.xyz"), "", {}}, "out.xyz: file type: xyz"},
+        {{grey, {}, {}}, {Path("out.pgm"), "gif", {}}, "--type: gif"},
+        {{grey, {}, {}}, {"-", "", {}}, "standard output: file type: unknown"},
+        {{Path("absent.pgm"), {}, {}}, {Path("out.pgm"), "", {}}, "absent.pgm: open: No such file"},
+        {{grey, {}, {}}, {Path("absent/out.pgm"), "", {}}, "out.pgm: open: No such file"},
+        {{Path(""), {}, {}}, {Path("out.pgm"), "", {}}, "is a directory"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.message);
+        const std::string message = MessageOf([&] { ConvertFile(c.from, c.to); });
+        EXPECT_NE(message.find(c.message), std::string::npos) << message;
+        EXPECT_EQ(FileCount(), 2u);
+    }
+    const auto channel = [&](int number, const std::string& out) {
+        return MessageOf([&] { ExtractChannel({grey, {}, {}}, {Path(out), "", {}}, number); });
+    };
+    EXPECT_NE(channel(1, "out.bmp").find("channel: 1 of RGB8: the library answers 1"),
+              std::string::npos);
+    EXPECT_NE(channel(5, "out.bmp").find("channel: 5 of RGB8: this format"), std::string::npos);
+    EXPECT_NE(channel(1, "out.ppm").find("channel: RGB8: a PPM picture holds RGB24"),
+              std::string::npos);
+    EXPECT_EQ(FileCount(), 2u);
+}
+
+TEST_F(Refusals, AFileStaysAsItWasUntilTheNewOneIsComplete) {
+    const std::string path = Put("old.pgm", "old");
+    {
+        OutputFile output(path);
+        output.Write("half of the new");
+        EXPECT_EQ(Get("old.pgm"), "old");
+    }
+    EXPECT_EQ(Get("old.pgm"), "old");
+    EXPECT_EQ(FileCount(), 1u);
+
+    OutputFile output(path);
+    output.Write("new");
+    output.Commit();
+    EXPECT_EQ(Get("old.pgm"), "new");
+    EXPECT_EQ(FileCount(), 1u);
+}
+
+TEST_F(Refusals, AFileMayReplaceItself) {
+    const std::string path = Put("grey.pgm", "P2 2 1 15 15 0");
+    ConvertFile({path, {}, {}}, {path, "", {}});
+    EXPECT_EQ(Get("grey.pgm"), std::string("P5\n2 1\n255\n\xff\0", 13));
+}
+
+}  // namespace
+}  // namespace pxb::tool
