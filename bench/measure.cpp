@@ -1,0 +1,202 @@
+// A measurement interleaves its competitors in random order, round by round, so that whatever else
+// the machine does meets all of them. The images move to another place after each third of the
+// rounds.
+#include "bench/measure.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <numeric>
+#include <random>
+
+#include "bench/machine.h"
+#include "convert/processor.h"
+
+namespace pxb::bench {
+namespace {
+
+struct Variant {
+    const char* name;
+    Processor processor;
+};
+
+std::vector<Variant> Variants() {
+    constexpr std::uint32_t kMmxOnly = kMmx, kUpToSse2 = kMmx | kSse | kSse2;
+    constexpr Variant kAll[] = {{"plain", {0, 0}},
+                                {"mmx", {kMmxOnly, 0}},
+                                {"sse2", {kUpToSse2, 0}},
+                                {"avx2", {kUpToSse2, kAvx2}}};
+    static const Processor kFound = ProbeProcessor();
+    std::vector<Variant> variants;
+    for (const Variant& v : kAll)
+        if (!(v.processor.features & ~kFound.features) && !(v.processor.wide & ~kFound.wide))
+            variants.push_back(v);
+    return variants;
+}
+
+struct Competitor {
+    std::string name;
+    Kind kind;
+    int calls;
+    Work run;
+};
+
+Work Copy(const Row& row, Scene& scene) {
+    if (row.job == Job::kFill)
+        return [&dst = scene.dst] { std::memset(dst.record.data, 1, dst.bytes); };
+    return [&] { std::memcpy(scene.dst.record.data, scene.src.record.data, scene.dst.bytes); };
+}
+
+std::vector<Competitor> Competitors(const Row& row, Scene& scene) {
+    std::vector<Competitor> competitors;
+    for (const Variant& variant : Variants())
+        competitors.push_back({variant.name, Kind::kOurs, 1, [&, processor = variant.processor] {
+                                   SetProcessor(processor);
+                                   Run(row, scene);
+                               }});
+    for (const Peer& peer : Peers())
+        if (const PeerWork work = peer.prepare(row, scene); work.run)
+            competitors.push_back({peer.name, Kind::kPeer, work.calls, work.run});
+    competitors.push_back({"copy", Kind::kCopy, 1, Copy(row, scene)});
+    return competitors;
+}
+
+// What a competitor leaves in the destination after `before` in every byte.
+std::vector<std::uint8_t> Output(const Work& run, const Frame& dst, std::uint8_t before) {
+    std::memset(dst.record.data, before, dst.bytes);
+    run();
+    return {dst.record.data, dst.record.data + dst.bytes};
+}
+
+// In levels per byte. The fourth byte of RGB32 is left out: the libraries differ in it.
+double MeanDifference(const std::vector<std::uint8_t>& a, const std::vector<std::uint8_t>& b,
+                      int format) {
+    std::uint64_t sum = 0;
+    const unsigned left_out = format == PXB_RGB32 ? 3 : 4;
+    for (std::size_t i = 0; i < a.size(); ++i)
+        if (i % 4 != left_out) sum += std::abs(a[i] - b[i]);
+    return static_cast<double>(sum) / static_cast<double>(a.size());
+}
+
+// Nobody's time counts who does not do the job. Bytes that are not written differ by 255.
+std::string FindFault(const std::vector<Competitor>& competitors, const Frame& dst) {
+    constexpr double kRounding = 3;
+    const auto ours = std::find_if(competitors.rbegin(), competitors.rend(),
+                                   [](const Competitor& c) { return c.kind == Kind::kOurs; });
+    const auto expected = Output(ours->run, dst, 0);
+    for (const Competitor& competitor : competitors) {
+        if (competitor.kind == Kind::kCopy) continue;
+        const double difference =
+            MeanDifference(expected, Output(competitor.run, dst, 255), dst.record.format);
+        if (difference > kRounding)
+            return competitor.name + " differs from " + ours->name + " by " +
+                   std::to_string(difference) + " levels on average";
+    }
+    return "";
+}
+
+double Time(const Work& run, int repeats) {
+    const double start = Seconds();
+    for (int i = 0; i < repeats; ++i) run();
+    return Seconds() - start;
+}
+
+int Repeats(const Work& run, double sample_seconds) {
+    int repeats = 1;
+    double seconds = Time(run, repeats);
+    while (seconds < sample_seconds / 4) seconds = Time(run, repeats *= 2);
+    return static_cast<int>(std::ceil(repeats * std::max(1.0, sample_seconds / seconds)));
+}
+
+double Quantile(std::vector<double> values, double fraction) {
+    std::sort(values.begin(), values.end());
+    const double place = fraction * static_cast<double>(values.size() - 1);
+    const auto below = static_cast<std::size_t>(place);
+    const std::size_t above = std::min(below + 1, values.size() - 1);
+    return std::lerp(values[below], values[above], place - static_cast<double>(below));
+}
+
+}  // namespace
+
+double Series::Median() const {
+    return Quantile(ns, 0.5);
+}
+
+double Series::Best() const {
+    return *std::min_element(ns.begin(), ns.end());
+}
+
+Result Measure(const Row& row, int width, int height, const Settings& settings) {
+    Result result = {&row, width, height, {}, 0, ""};
+    SetProcessor(Variants().back().processor);
+    std::mt19937 random;
+    std::vector<int> repeats, order;
+    std::vector<std::unique_ptr<Scene>> scenes;  // kept, so that each lies in memory of its own
+    for (int place = 0; place < Scene::kPlaces; ++place) {
+        scenes.push_back(std::make_unique<Scene>(row, width, height, place));
+        Scene& scene = *scenes.back();
+        result.answer = Run(row, scene);
+        if (result.answer) return result;
+        const std::vector<Competitor> competitors = Competitors(row, scene);
+        if (place == 0) {
+            result.fault = FindFault(competitors, scene.dst);
+            if (!result.fault.empty()) return result;
+            for (const Competitor& c : competitors) {
+                result.series.push_back({c.name, c.kind, c.calls, {}});
+                repeats.push_back(Repeats(c.run, settings.sample_seconds));
+            }
+            order.resize(competitors.size());
+            std::iota(order.begin(), order.end(), 0);
+        }
+        for (const Competitor& c : competitors) c.run();
+        for (int round = 0; round < settings.rounds / Scene::kPlaces; ++round) {
+            std::shuffle(order.begin(), order.end(), random);
+            for (const int i : order)
+                result.series[i].ns.push_back(1e9 * Time(competitors[i].run, repeats[i]) /
+                                              repeats[i] / width / height);
+        }
+    }
+    return result;
+}
+
+std::vector<std::string> VariantNames() {
+    std::vector<std::string> names;
+    for (const Variant& variant : Variants()) names.push_back(variant.name);
+    return names;
+}
+
+const Series& Widest(const Result& result) {
+    return *std::find_if(result.series.rbegin(), result.series.rend(),
+                         [](const Series& s) { return s.kind == Kind::kOurs; });
+}
+
+std::optional<Ratio> RatioTo(Kind kind, const Result& result) {
+    const Series* fastest = nullptr;
+    for (const Series& s : result.series)
+        if (s.kind == kind && (!fastest || s.Median() < fastest->Median())) fastest = &s;
+    if (!fastest) return std::nullopt;
+
+    std::vector<double> ratios(fastest->ns.size());
+    std::transform(fastest->ns.begin(), fastest->ns.end(), Widest(result).ns.begin(),
+                   ratios.begin(), [](double theirs, double ours) { return theirs / ours; });
+    return Ratio{fastest->name, Quantile(ratios, 0.5), Quantile(ratios, 0.25)};
+}
+
+std::optional<Verdict> Judge(const Result& result) {
+    constexpr double kTolerance = 0.95;
+    const Target& target = result.row->target;
+    const double wanted = target.At(result.width, result.height);
+    const std::optional<Ratio> peer = RatioTo(Kind::kPeer, result),
+                               copy = RatioTo(Kind::kCopy, result);
+    if (sizeof(void*) < 8 || wanted == 0 || (!peer && target.reference != Reference::kCopy))
+        return std::nullopt;
+
+    const auto reached = [&](const Ratio& r) { return r.lower_quartile >= kTolerance * wanted; };
+    const bool reached_peer = target.reference != Reference::kCopy && reached(*peer);
+    const bool reached_copy = target.reference != Reference::kPeer && reached(*copy);
+    return Verdict{wanted, reached_peer || reached_copy};
+}
+
+}  // namespace pxb::bench

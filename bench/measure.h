@@ -1,0 +1,64 @@
+// Times all competitors of a row against one another, and what follows from the times.
+#pragma once
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "bench/peers.h"
+
+namespace pxb::bench {
+
+struct Settings {
+    int rounds;             // a multiple of Scene::kPlaces
+    double sample_seconds;  // the shortest time that is measured
+};
+
+enum class Kind {
+    kOurs,
+    kPeer,
+    kCopy,
+};
+
+// One competitor: a time per round, in nanoseconds per pixel of the destination.
+struct Series {
+    std::string name;
+    Kind kind;
+    int calls;
+    std::vector<double> ns;
+    double Median() const;
+    double Best() const;
+};
+
+struct Result {
+    const Row* row;
+    int width, height;
+    std::vector<Series> series;  // ours first, the widest variant last among them
+    std::int32_t answer;         // of the library; other than 0: nothing was timed
+    std::string fault;  // which competitor does something else than we do; nothing was timed
+};
+
+Result Measure(const Row& row, int width, int height, const Settings& settings);
+
+// The names of our variants that this processor can run, narrowest first.
+std::vector<std::string> VariantNames();
+
+const Series& Widest(const Result& result);
+
+// How many times as fast as a competitor our widest variant is, over the rounds.
+struct Ratio {
+    std::string against;
+    double median, lower_quartile;
+};
+
+// The fastest of the kind; empty where there is none.
+std::optional<Ratio> RatioTo(Kind kind, const Result& result);
+
+struct Verdict {
+    double target;
+    bool reached;
+};
+
+// Empty where there is no target, or nothing to hold the row against. Targets are for 64 bits.
+std::optional<Verdict> Judge(const Result& result);
+
+}  // namespace pxb::bench

@@ -1,0 +1,30 @@
+// Other libraries that do the same jobs.
+#pragma once
+#include <functional>
+#include <span>
+
+#include "bench/rows.h"
+
+namespace pxb::bench {
+
+using Work = std::function<void()>;
+
+struct PeerWork {
+    Work run;       // empty: the library has nothing for the row
+    int calls = 1;  // of the library; more than one where no single call does the job
+};
+
+struct Peer {
+    const char* name;
+    // The scene must outlive the work.
+    PeerWork (*prepare)(const Row& row, Scene& scene);
+};
+
+// Those linked into this program.
+std::span<const Peer> Peers();
+
+PeerWork PrepareLibyuv(const Row& row, Scene& scene);
+PeerWork PrepareSwscale(const Row& row, Scene& scene);
+PeerWork PrepareOpencv(const Row& row, Scene& scene);
+
+}  // namespace pxb::bench

@@ -1,0 +1,120 @@
+#include "bench/report.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "bench/machine.h"
+
+namespace pxb::bench {
+namespace {
+
+constexpr int kBits = 8 * sizeof(void*);
+
+std::vector<std::string> Columns() {
+    std::vector<std::string> columns = VariantNames();
+    for (const Peer& peer : Peers()) columns.push_back(peer.name);
+    columns.push_back("copy");
+    return columns;
+}
+
+void PrintCell(const Result& result, const std::string& column) {
+    const auto series = std::find_if(result.series.begin(), result.series.end(),
+                                     [&](const Series& s) { return s.name == column; });
+    if (series == result.series.end())
+        std::printf("%8s  ", "-");
+    else if (series->calls > 1)
+        std::printf("%8.3fx%d", series->Median(), series->calls);
+    else
+        std::printf("%8.3f  ", series->Median());
+}
+
+void PrintRatio(const std::optional<Ratio>& ratio) {
+    if (ratio)
+        std::printf("  %5.2f %5.2f", ratio->median, ratio->lower_quartile);
+    else
+        std::printf("  %5s %5s", "-", "-");
+}
+
+std::string NameOf(const Result& result) {
+    return RowName(result.row->name, result.width, result.height);
+}
+
+void Append(std::string& list, const std::string& item) {
+    list += (list.empty() ? "" : ", ") + item;
+}
+
+}  // namespace
+
+std::string RowName(const std::string& name, int width, int height) {
+    return name + " " + std::to_string(width) + "x" + std::to_string(height);
+}
+
+void PrintHead() {
+    std::printf("%s, %d bits, %s\n", ProcessorName().c_str(), kBits, CompilerName().c_str());
+    std::printf(
+        "Nanoseconds per pixel: medians, and the best of our widest variant. xN: N calls of the\n"
+        "library. Then how many times as fast our widest variant is as the fastest library and as\n"
+        "a plain copy of the bytes written: median, lower quartile. Then the target, if any.\n\n");
+    std::printf("%-24s", "");
+    for (const std::string& column : Columns()) std::printf("%8s  ", column.c_str());
+    std::printf("%7s  %11s  %11s\n", "best", "x library", "x copy");
+}
+
+void PrintLine(const Result& result) {
+    if (result.answer) return;
+    std::printf("%-24s", NameOf(result).c_str());
+    if (!result.fault.empty()) {
+        std::printf("  not timed: %s\n", result.fault.c_str());
+        return;
+    }
+    for (const std::string& column : Columns()) PrintCell(result, column);
+    std::printf("%7.3f", Widest(result).Best());
+    PrintRatio(RatioTo(Kind::kPeer, result));
+    PrintRatio(RatioTo(Kind::kCopy, result));
+    if (const std::optional<Verdict> verdict = Judge(result))
+        std::printf("  %.1f %s", verdict->target, verdict->reached ? "reached" : "MISSED");
+    std::printf("\n");
+    std::fflush(stdout);
+}
+
+void PrintSummary(std::span<const Result> results) {
+    int reached = 0;
+    std::string missed, unsupported;
+    for (const Result& result : results) {
+        if (result.answer)
+            Append(unsupported, result.row->name + (" (" + std::to_string(result.answer)) + ")");
+        const std::optional<Verdict> verdict = Judge(result);
+        if (verdict && verdict->reached) ++reached;
+        if (verdict && !verdict->reached) Append(missed, NameOf(result));
+    }
+    if (reached > 0 || !missed.empty())
+        std::printf("\nTargets reached: %d. Missed: %s.\n", reached,
+                    missed.empty() ? "none" : missed.c_str());
+    if (!unsupported.empty())
+        std::printf("\nSkipped, since the library answers 1 or 2: %s.\n", unsupported.c_str());
+}
+
+// The two builds ran at different times: the best times compare better than medians, and the column
+// of the copy shows how alike the circumstances were.
+void PrintComparison(std::span<const Result> results, const Baseline& baseline) {
+    constexpr double kSlower = 1.2;
+    std::printf(
+        "\nBest times of this build of %d bits, in times of those of %d bits. Target of the "
+        "widest variant: within %.1f.\n",
+        kBits, baseline.bits, kSlower);
+    for (const Result& result : results) {
+        if (result.series.empty()) continue;
+        std::printf("%-24s", NameOf(result).c_str());
+        const char* verdict = "";
+        for (const Series& series : result.series) {
+            const auto there = baseline.best.find({NameOf(result), series.name});
+            if (series.kind == Kind::kPeer || there == baseline.best.end()) continue;
+            const double ratio = series.Best() / there->second;
+            std::printf("  %s %5.2f", series.name.c_str(), ratio);
+            if (&series == &Widest(result)) verdict = ratio <= kSlower ? "within" : "SLOWER";
+        }
+        std::printf("  %s\n", verdict);
+    }
+}
+
+}  // namespace pxb::bench
