@@ -1,0 +1,111 @@
+#!/bin/bash
+# usage: demo.sh PXB FOLDER
+# One frame's way through the library with the tool `pxb`: a test card as 4:2:0 video becomes
+# pictures, which FOLDER/index.html shows.
+set -euo pipefail
+pxb=$(realpath "$1")
+mkdir -p "$2"
+cd "$2"
+width=768 height=576
+
+log=()
+run() {  # runs the tool, and keeps the command for the page
+    log+=("pxb $*")
+    "$pxb" "$@"
+}
+
+run testcard card.y4m --size ${width}x$height
+run convert card.y4m card.png
+run convert card.y4m card.bmp --to RGB32
+for channel in 2:red 3:green 4:blue; do
+    run channel card.bmp ${channel#*:}.png --channel ${channel%:*}
+done
+run channel card.png grey.png --channel 1
+run testcard odd.y4m --size 333x251
+run convert odd.y4m odd.png
+run info card.y4m >info.txt
+
+# The planes follow one another in a raw frame: Y, then U and V of half the width and height.
+run convert card.y4m card.i420
+luma=$((width * height)) chroma=$((width * height / 4))
+half_width=$((width / 2)) half_height=$((height / 2))
+head -c $luma card.i420 >y.raw
+head -c $((luma + chroma)) card.i420 | tail -c $chroma >u.raw
+tail -c $chroma card.i420 >v.raw
+"$pxb" convert y.raw y.png --format RGB8 --size ${width}x$height
+"$pxb" convert u.raw u.png --format RGB8 --size ${half_width}x$half_height
+"$pxb" convert v.raw v.png --format RGB8 --size ${half_width}x$half_height
+rm y.raw u.raw v.raw
+
+figure() {  # FILE CAPTION
+    printf '<figure><a href="%s"><img src="%s" alt="%s"></a>\n' "$1" "$1" "$2"
+    printf '<figcaption>%s</figcaption></figure>\n' "$2"
+}
+escape() {
+    sed 's/&/\&amp;/g; s/</\&lt;/g; s/>/\&gt;/g'
+}
+
+cat >index.html <<END
+<!DOCTYPE html>
+<html lang="en">
+<meta charset="utf-8">
+<meta name="viewport" content="width=device-width, initial-scale=1">
+<title>PxbLib: a camera frame becomes a picture</title>
+<style>
+  :root { color-scheme: light dark; }
+  body { margin: 0 auto; padding: 2rem 1.5rem 4rem; max-width: 60rem; line-height: 1.5;
+         font-family: system-ui, sans-serif; }
+  h1 { margin: 0; font-size: 1.9rem; }
+  h2 { margin: 3rem 0 .5rem; font-size: 1.25rem; }
+  p { max-width: 44rem; margin: .5rem 0 1rem; }
+  img { display: block; width: 100%; height: auto; border-radius: 4px; }
+  figure { margin: 0; }
+  figcaption { padding-top: .4rem; font-size: .85rem; opacity: .75; }
+  .row { display: grid; gap: 1rem; }
+  .channels { grid-template-columns: repeat(auto-fit, minmax(12rem, 1fr)); }
+  .planes { grid-template-columns: 2fr 1fr; }
+  .planes > div { display: grid; gap: 1rem; }
+  .small { width: 333px; max-width: 100%; }
+  pre { padding: 1rem; overflow-x: auto; border-radius: 4px; font-size: .85rem;
+        background: rgb(128 128 128 / .15); }
+</style>
+<h1>A camera frame becomes a picture</h1>
+<p>PxbLib took a ${width} x $height frame of 4:2:0 video, I420, and made RGB24 of it. Everything
+below was written by the tool <code>pxb</code>, which calls the library through its C header.</p>
+$(figure card.png "I420 to RGB24 by PxbColorSpaceConv")
+
+<h2>What the camera delivers</h2>
+<p>Three planes: brightness for every pixel, and two colour differences, each once for a block of
+two by two pixels. Grey in a colour plane means no colour.</p>
+<div class="row planes">
+$(figure y.png "Y, ${width} x $height")
+<div>
+$(figure u.png "U, $half_width x $half_height")
+$(figure v.png "V, $half_width x $half_height")
+</div>
+</div>
+<pre>$(escape <info.txt)</pre>
+
+<h2>What a screen needs</h2>
+<p>The same frame as RGB32, taken apart again with PxbChannelGet; channel 1 of an RGB24 picture is
+its grey, 0.59 G + 0.30 R + 0.11 B.</p>
+<div class="row channels">
+$(figure red.png "Red, channel 2")
+$(figure green.png "Green, channel 3")
+$(figure blue.png "Blue, channel 4")
+$(figure grey.png "Grey, channel 1 of RGB24")
+</div>
+
+<h2>Odd sizes</h2>
+<p>4:2:0 frames hold whole blocks. The tool pads a picture of odd size by repeating its last column
+and row, and crops the result.</p>
+<div class="small">
+$(figure odd.png "333 x 251, actual size")
+</div>
+
+<h2>Try it</h2>
+<pre>$(printf '%s\n' "${log[@]}" | escape)</pre>
+</html>
+END
+echo "pictures: $PWD"
+echo "page:     $PWD/index.html"
