@@ -8,27 +8,27 @@ namespace pxb::PXB_TARGET {
 namespace {
 
 template <class V>
-PXB_INLINE typename V::Bytes Luma(const typename V::Rgb& pixels) {
+PXB_INLINE auto Luma(const typename V::Rgb& pixels) {
     return V::template WeighBgr<25, 129, 66, 16>(pixels);
 }
 
 // U V U V ... of the pairs of one row, or of the blocks of two.
 template <class V, class... Row>
-PXB_INLINE typename V::Bytes ChromaPairs(const Row&... rows) {
+PXB_INLINE auto ChromaPairs(const Row&... rows) {
     return V::PairUp(V::template WeighPairs<56, -37, -19>(rows...),
                      V::template WeighPairs<-9, -47, 56>(rows...));
 }
 
 struct Planar {
-    template <class V>
-    static PXB_INLINE void Store(Byte* u, Byte* v, int x, typename V::Bytes pairs) {
+    template <class V, class Pairs>
+    static PXB_INLINE void Store(Byte* u, Byte* v, int x, Pairs pairs) {
         V::StorePairs(u + x / 2, v + x / 2, pairs);
     }
 };
 
 struct Interleaved {
-    template <class V>
-    static PXB_INLINE void Store(Byte* uv, Byte*, int x, typename V::Bytes pairs) {
+    template <class V, class Pairs>
+    static PXB_INLINE void Store(Byte* uv, Byte*, int x, Pairs pairs) {
         V::Store(uv + x, pairs);
     }
 };

@@ -22,6 +22,9 @@ struct Wide {
     struct Rgb {
         __m256i b, g, r;  // dealt
     };
+    struct Dealt {
+        __m256i all;  // Bytes, dealt
+    };
     struct Sums {
         __m256i all;
     };
@@ -71,10 +74,10 @@ struct Wide {
                 Signed(_mm256_shuffle_epi8(high, twice))};
     }
     static PXB_INLINE Pixels LoadBgr(const Byte* src) {
-        const __m256i widen = TwiceInBlocks(0, 1, 2, -1, 3, 4, 5, -1, 6, 7, 8, -1, 9, 10, 11, -1);
-        Pixels a;
-        for (int i = 0; i < 4; ++i) a.quarter[i] = _mm256_shuffle_epi8(LoadApart(src, i), widen);
-        return a;
+        const __m256i widen =
+            TwiceInBlocks(0, 1, 2, -128, 3, 4, 5, -128, 6, 7, 8, -128, 9, 10, 11, -128);
+        return {{LoadQuarter(src, 0, widen), LoadQuarter(src, 1, widen), LoadQuarter(src, 2, widen),
+                 LoadQuarter(src, 3, widen)}};
     }
     static PXB_INLINE Pixels LoadBgrx(const Byte* src) {
         return {{LoadAll(src), LoadAll(src + 32), LoadAll(src + 64), LoadAll(src + 96)}};
@@ -83,11 +86,13 @@ struct Wide {
     template <int kBytesPerPixel>
     static PXB_INLINE Rgb LoadRgb(const Byte* src) {
         constexpr int kG = 1, kR = 2, k = kBytesPerPixel;
-        const __m256i fours = TwiceInBlocks(0, k, 2 * k, 3 * k, kG, kG + k, kG + 2 * k, kG + 3 * k,
-                                            kR, kR + k, kR + 2 * k, kR + 3 * k, -1, -1, -1, -1);
+        const __m256i fours =
+            TwiceInBlocks(0, k, 2 * k, 3 * k, kG, kG + k, kG + 2 * k, kG + 3 * k, kR, kR + k,
+                          kR + 2 * k, kR + 3 * k, -128, -128, -128, -128);
         __m256i q[4];  // in each block 4 bytes B, 4 G, 4 R
         for (int i = 0; i < 4; ++i)
-            q[i] = _mm256_shuffle_epi8(k == 3 ? LoadApart(src, i) : LoadAll(src + 32 * i), fours);
+            q[i] = k == 3 ? LoadQuarter(src, i, fours)
+                          : _mm256_shuffle_epi8(LoadAll(src + 32 * i), fours);
         const __m256i bg01 = _mm256_unpacklo_epi32(q[0], q[1]);
         const __m256i bg23 = _mm256_unpacklo_epi32(q[2], q[3]);
         const __m256i r01 = _mm256_unpackhi_epi32(q[0], q[1]);
@@ -97,6 +102,7 @@ struct Wide {
     }
 
     static PXB_INLINE void Store(Byte* dst, Bytes a) { StoreAll(dst, a.all); }
+    static PXB_INLINE void Store(Byte* dst, Dealt a) { StoreAll(dst, Gather(a.all)); }
     // Each quarter becomes 24 bytes, turned so that they stand where the output needs them.
     static PXB_INLINE void StoreBgr(Byte* dst, const Pixels& a) {
         const __m256i drop = TwiceInBlocks(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1);
@@ -148,17 +154,26 @@ struct Wide {
     }
 
     static PXB_INLINE void StorePairs(Byte* u, Byte* v, Bytes pairs) {
-        const __m256i split = TwiceInBlocks(0, 2, 4, 6, 8, 10, 12, 14, 1, 3, 5, 7, 9, 11, 13, 15);
-        const __m256i uv = _mm256_permute4x64_epi64(_mm256_shuffle_epi8(pairs.all, split),
-                                                    _MM_SHUFFLE(3, 1, 2, 0));
+        const __m256i uv = Alternate(Split(pairs.all));
         StoreBlock(u, _mm256_castsi256_si128(uv));
         StoreBlock(v, _mm256_extracti128_si256(uv, 1));
+    }
+    static PXB_INLINE void StorePairs(Byte* u, Byte* v, Dealt pairs) {
+        const __m256i split = Split(pairs.all);
+        const __m128i low = _mm256_castsi256_si128(split);
+        const __m128i high = _mm256_extracti128_si256(split, 1);
+        StoreBlock(u, _mm_unpacklo_epi16(low, high));
+        StoreBlock(v, _mm_unpackhi_epi16(low, high));
     }
     static PXB_INLINE void StoreYuy2(Byte* dst, Bytes luma, Bytes pairs) {
         const __m256i low = _mm256_unpacklo_epi8(luma.all, pairs.all);
         const __m256i high = _mm256_unpackhi_epi8(luma.all, pairs.all);
         StoreAll(dst, _mm256_permute2x128_si256(low, high, 0x20));
         StoreAll(dst + 32, _mm256_permute2x128_si256(low, high, 0x31));
+    }
+    static PXB_INLINE void StoreYuy2(Byte* dst, Dealt luma, Dealt pairs) {
+        StoreAll(dst, Alternate(_mm256_unpacklo_epi8(luma.all, pairs.all)));
+        StoreAll(dst + 32, Alternate(_mm256_unpackhi_epi8(luma.all, pairs.all)));
     }
 
     static PXB_INLINE Bytes Evens(Bytes a, Bytes b) {
@@ -175,7 +190,7 @@ struct Wide {
     // G counts with both its neighbours: so that each of the two products of a pixel stays below 2^15,
     // though their sum needs 16 bits without sign.
     template <int kB, int kG, int kR, int kOffset>
-    static PXB_INLINE Bytes WeighBgr(const Rgb& a) {
+    static PXB_INLINE Dealt WeighBgr(const Rgb& a) {
         constexpr int kSecondG = 128 - kR, kFirstG = kG - kSecondG;
         static_assert(kB + kFirstG <= 128 && kFirstG >= 0 && kFirstG < 128 && kSecondG < 128);
         const __m256i bg = _mm256_set1_epi16(kB | kFirstG << 8);
@@ -188,7 +203,7 @@ struct Wide {
                              _mm256_maddubs_epi16(_mm256_unpackhi_epi8(a.r, a.g), rg));
         const __m256i dealt =
             _mm256_packus_epi16(_mm256_srli_epi16(low, 8), _mm256_srli_epi16(high, 8));
-        return {_mm256_add_epi8(Gather(dealt), _mm256_set1_epi8(kOffset))};
+        return {_mm256_add_epi8(dealt, _mm256_set1_epi8(kOffset))};
     }
     // The sum x of two neighbours fits 16 bits with sign. Kept as 32767 - x without sign, it has in its
     // high byte the complement of (x >> 8) + 128; and the rounded average of two such words is exactly
@@ -205,11 +220,11 @@ struct Wide {
     static PXB_INLINE Sums WeighPairs(const Rgb& a, const Rgb& b) {
         return {_mm256_avg_epu16(WeighPairs<kB, kG, kR>(a).all, WeighPairs<kB, kG, kR>(b).all)};
     }
-    static PXB_INLINE Bytes PairUp(Sums u, Sums v) {
+    static PXB_INLINE Dealt PairUp(Sums u, Sums v) {
         const __m256i high = _mm256_set1_epi16(static_cast<short>(0xFF00));
         const __m256i pairs =
             _mm256_or_si256(_mm256_srli_epi16(u.all, 8), _mm256_and_si256(v.all, high));
-        return {Gather(_mm256_xor_si256(pairs, _mm256_set1_epi8(-1)))};
+        return {_mm256_xor_si256(pairs, _mm256_set1_epi8(-1))};
     }
 
     static PXB_INLINE Weights FactorU(int u) { return FactorUv(u, 0); }
@@ -265,14 +280,16 @@ struct Wide {
     static PXB_INLINE __m256i Gather(__m256i dealt) {
         return _mm256_permutevar8x32_epi32(dealt, _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7));
     }
-    // 8 pixels of 3 bytes, 12 bytes in each block: quarter i of 32 pixels. The last one is loaded 8
-    // bytes early, so that nothing behind the pixels is read.
-    static PXB_INLINE __m256i LoadApart(const Byte* src, int i) {
-        if (i < 3)
-            return _mm256_permutevar8x32_epi32(LoadAll(src + 24 * i),
-                                               _mm256_setr_epi32(0, 1, 2, 3, 3, 4, 5, 6));
-        return _mm256_permutevar8x32_epi32(LoadAll(src + 64),
-                                           _mm256_setr_epi32(2, 3, 4, 5, 5, 6, 7, 7));
+    // Quarter i of 32 pixels of 3 bytes: 8 pixels, 12 bytes in each block, shuffled. Blending loads
+    // leaves the shuffle ports alone. The last 12 bytes are loaded 4 bytes early, so that nothing
+    // behind the pixels is read; indices to be zeroed are -128 for that reason.
+    static PXB_INLINE __m256i LoadQuarter(const Byte* src, int i, __m256i shuffle) {
+        const Byte* const low = src + 24 * i;
+        const Byte* const high = i < 3 ? low + 12 : low + 8;
+        const __m256i late = _mm256_set_m128i(_mm_set1_epi8(4), _mm_setzero_si128());
+        const __m256i both = _mm256_blend_epi32(_mm256_castsi128_si256(LoadBlock(low)),
+                                                _mm256_broadcastsi128_si256(LoadBlock(high)), 0xF0);
+        return _mm256_shuffle_epi8(both, i < 3 ? shuffle : _mm256_add_epi8(shuffle, late));
     }
     static PXB_INLINE __m256i Alternate(__m256i a) {
         return _mm256_permute4x64_epi64(a, _MM_SHUFFLE(3, 1, 2, 0));
@@ -282,6 +299,11 @@ struct Wide {
     }
     static PXB_INLINE Uv Signed(__m256i uv) {
         return {_mm256_xor_si256(uv, _mm256_set1_epi8(static_cast<char>(0x80)))};
+    }
+    // In each block the even bytes first.
+    static PXB_INLINE __m256i Split(__m256i a) {
+        return _mm256_shuffle_epi8(
+            a, TwiceInBlocks(0, 2, 4, 6, 8, 10, 12, 14, 1, 3, 5, 7, 9, 11, 13, 15));
     }
     static PXB_INLINE void StoreBlock(Byte* dst, __m128i a) {
         _mm_storeu_si128(reinterpret_cast<__m128i*>(dst), a);
