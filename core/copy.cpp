@@ -4,7 +4,8 @@ namespace pxb {
 namespace {
 
 void CopyBytes(Byte* dst, const Byte* src, std::size_t bytes) {
-    __asm__ volatile("rep movsb" : "+D"(dst), "+S"(src), "+c"(bytes) : : "memory");
+    Byte* to = dst;
+    __asm__ volatile("rep movsb" : "+D"(to), "+S"(src), "+c"(bytes) : : "memory");
 }
 
 }  // namespace

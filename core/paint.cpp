@@ -9,7 +9,8 @@ namespace {
 // The string store keeps pace with memset, which has no form for words, at every size and on every
 // processor, without a SIMD register.
 void PaintWords(std::uint8_t* dst, std::uint32_t word, std::size_t count) {
-    __asm__ volatile("rep stosl" : "+D"(dst), "+c"(count) : "a"(word) : "memory");
+    std::uint8_t* to = dst;
+    __asm__ volatile("rep stosl" : "+D"(to), "+c"(count) : "a"(word) : "memory");
 }
 
 // Patterns that no word holds: the run grows by copies of its own beginning, first by all of it, later

@@ -1,5 +1,6 @@
-// AVX2: 32 pixels, 256-bit registers. Widening, doubling and narrowing work inside 128-bit blocks,
-// so "low" lanes are the low halves of both blocks; loads and stores alone move between blocks.
+// AVX2: 32 pixels, 256-bit registers. Most operations work inside 128-bit blocks. Lanes that will be
+// interleaved or were narrowed are "dealt": groups of four pixels lie in the two blocks in turn, so
+// that work inside blocks leaves neighbours side by side, and loads or stores put them in order.
 #pragma once
 #include <immintrin.h>
 
@@ -270,8 +271,7 @@ struct Wide {
     static PXB_INLINE __m256i LoadAll(const Byte* src) {
         return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(src));
     }
-    // Dealt: groups of four pixels lie in the two blocks in turn. Interleaving inside blocks then
-    // leaves neighbours side by side, which StoreBgr0 wants; Gather undoes it.
+    // StoreBgr0 wants dealt lanes; Gather undoes it.
     template <int kStore>
     static PXB_INLINE __m256i Deal(__m256i a) {
         if (kStore != kBgr0) return a;
