@@ -10,24 +10,24 @@ constexpr std::int32_t kFirstChannel = 1, kLastChannel = 4, kLuma = 5;
 
 // Bytes from one destination row to the next. The advance over the padding is computed from the
 // destination's own width, so that rows do not start at multiples of the stride where widths differ.
-std::int32_t RowStep(const ImageBuffer& to, const ImageBuffer& from) {
-    return from.width + to.stride - to.width;
+std::int32_t RowStep(const ImageBuffer& to, const Extent& source) {
+    return static_cast<std::int32_t>(std::int64_t{source.width} + to.stride - to.width);
 }
 
 // RGB24 has no fourth byte: channel 1 is its grey level.
 ResultCode FromRgb24(const ImageBuffer& to, const ImageBuffer& from, std::int32_t channel) {
     if (channel < kFirstChannel || channel > kLastChannel) return PXB_BAD_ARGUMENT;
     if (channel != 1) return PXB_UNSUPPORTED;
-    const Extent all = CommonExtent(from, from);
-    kRgb24Grey.Choose()(to.data, RowStep(to, from), from.data, from.stride, all.width, all.height);
+    const Extent all = SourceExtent(to, from);
+    kRgb24Grey.Choose()(to.data, RowStep(to, all), from.data, from.stride, all.width, all.height);
     return PXB_SUCCESS;
 }
 
 ResultCode FromRgb32(const ImageBuffer& to, const ImageBuffer& from, std::int32_t channel) {
     if (channel < kFirstChannel || channel > kLastChannel) return PXB_BAD_ARGUMENT;
-    const Extent all = CommonExtent(from, from);
-    kRgb32Channel.Choose()(to.data, RowStep(to, from), from.data, from.stride, all.width,
-                           all.height, kLastChannel - channel);
+    const Extent all = SourceExtent(to, from);
+    kRgb32Channel.Choose()(to.data, RowStep(to, all), from.data, from.stride, all.width, all.height,
+                           kLastChannel - channel);
     return PXB_SUCCESS;
 }
 
@@ -56,7 +56,7 @@ void TakeLuma(const ImageBuffer& to, const ImageBuffer& from) {
     luma.width = from.width;
     luma.height = from.height;
     if (PxbNew(&luma, 0) != PXB_SUCCESS) return;
-    if (PxbColorSpaceConv(&luma, &from) == PXB_SUCCESS && HasPixels(luma))
+    if (PxbColorSpaceConv(&luma, &from) == PXB_SUCCESS && HasPixels(luma) && HasPixels(to))
         CopyRows(to.data, to.stride, luma.data, luma.stride, luma.stride, luma.height);
     PxbDelete(&luma);
 }

@@ -81,9 +81,11 @@ ResultCode Run422ToYuy2(const ImageBuffer& to, const ImageBuffer& from) {
 // Walks the source's own size: right only for images of equal size, which is not checked. Like a
 // source that is too large, a destination of another width shifts each row.
 ResultCode RunRgb8ToRgb24(const ImageBuffer& to, const ImageBuffer& from) {
-    const Extent all = CommonExtent(from, from);
-    const std::int32_t row_step = to.stride + 3 * (from.width - to.width);
-    kRgb8ToRgb24.Choose()(to.data, row_step, from.data, from.stride, all.width, all.height);
+    const Extent all = SourceExtent(to, from);
+    const std::int64_t row_step =
+        to.stride + std::int64_t{3} * all.width - std::int64_t{3} * to.width;
+    kRgb8ToRgb24.Choose()(to.data, static_cast<std::int32_t>(row_step), from.data, from.stride,
+                          all.width, all.height);
     return PXB_SUCCESS;
 }
 

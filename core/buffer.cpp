@@ -17,6 +17,14 @@ std::int64_t PaddedRowBytes(std::int64_t width, std::int32_t bits_per_pixel) {
     return (width * bits_per_pixel + 31) / 32 * 4;
 }
 
+// Of all planes. A stride that leaves 32 bits is refused here, as -1, before the product can leave 64.
+std::int64_t ImageBytes(std::int64_t height, std::int64_t stride, const FormatInfo& format) {
+    constexpr std::int64_t kLargest = std::int64_t{1} << 31;
+    if (height != 0 && (stride > kLargest || stride < -kLargest)) return -1;
+    const std::int64_t first_plane = height * stride;
+    return format.planar420 ? first_plane + first_plane / 2 : first_plane;
+}
+
 // Completes the record's derived fields and gives it memory. Sizes are computed in 64 bits from the
 // rounded extents, of which the record keeps the low 32.
 void AllocateImage(ImageBuffer* image, const FormatInfo& format) {
@@ -29,7 +37,7 @@ void AllocateImage(ImageBuffer* image, const FormatInfo& format) {
     image->width = static_cast<std::int32_t>(width);
     image->height = static_cast<std::int32_t>(height);
     image->stride = static_cast<std::int32_t>(stride);
-    image->data = AllocatePixels(format.planar420 ? height * width * 3 / 2 : height * stride);
+    image->data = AllocatePixels(ImageBytes(height, stride, format));
 }
 
 // A companion without memory for its pixels stays attached, with null data; callers can tell.

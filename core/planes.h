@@ -70,4 +70,10 @@ inline Extent CommonExtent(const ImageBuffer& a, const ImageBuffer& b) {
     return {std::min(a.width, b.width), std::min(a.height, b.height)};
 }
 
+// All of the source, for the operations that walk it whatever the size of the destination.
+inline Extent SourceExtent(const ImageBuffer& to, const ImageBuffer& from) {
+    if (!HasPixels(to) || !HasPixels(from)) return {0, 0};
+    return {from.width, from.height};
+}
+
 }  // namespace pxb
