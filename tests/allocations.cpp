@@ -1,5 +1,6 @@
 #include "allocations.h"
 
+#include <cstdint>
 #include <cstdlib>
 #include <new>
 
@@ -21,7 +22,10 @@ bool MustFail() {
     return countdown != kNever && countdown-- == 0;
 }
 
+// The usual operator wraps around for huge sizes and then returns too little memory. So the library
+// has to refuse them before; here they end the program.
 void* AllocateAligned(std::size_t size, std::size_t alignment) {
+    if (size > INT32_MAX) std::abort();
 #if defined(_WIN32)
     return _aligned_malloc(size, alignment);
 #else

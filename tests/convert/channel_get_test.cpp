@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 
 #include "PxbLib.h"
@@ -102,17 +103,32 @@ TEST(ChannelGet, TakesBytesOfRgb) {
     }
 }
 
+TEST(ChannelGet, ImagesWithoutPixelsGiveNone) {
+    std::vector<Byte> pixels = Noise(64, 7), out(64, 77);
+    ImageBuffer dst = {out.data(), 8, 4, 4, 4, 0, nullptr};
+    for (const Variant& variant : RunnableVariants()) {
+        const ForcedProcessor forced(variant.words);
+        for (const PixelFormat format : {PXB_RGB24, PXB_RGB32})
+            for (const Size size : {Size{0, 4}, Size{4, 0}, Size{-4, 4}, Size{4, -4},
+                                    Size{INT32_MIN, 4}, Size{4, INT32_MIN}}) {
+                ImageBuffer src = Describe(format, {4, 4}, 0);
+                src.data = pixels.data(), src.width = size.width, src.height = size.height;
+                EXPECT_EQ(PxbChannelGet(&dst, &src, 1), PXB_SUCCESS);
+                EXPECT_EQ(out, std::vector<Byte>(64, 77)) << size.width << " x " << size.height;
+            }
+    }
+}
+
 // What channel 5 should leave: the luma of the conversion on black, rounded up to even.
 std::vector<Byte> Luma(const ImageBuffer& src, int dst_stride) {
     const Size even = {(src.width + 1) / 2 * 2, (src.height + 1) / 2 * 2};
-    std::vector<Byte> planes(even.width * even.height * 3 / 2, 16);
+    std::vector<Byte> planes(even.width * even.height * 3 / 2 + 1, 16);  // never without data
     ImageBuffer yv12 = Describe(PXB_YV12, even, 0);
     yv12.data = planes.data();
     ConvertByReference(yv12, src, ::Processor::kPlain);
     std::vector<Byte> bytes(256, 77);
     for (int y = 0; y < even.height; ++y)
-        std::memcpy(&bytes[y * dst_stride], &planes[y * even.width],
-                    static_cast<std::size_t>(even.width));
+        std::copy_n(planes.begin() + y * even.width, even.width, bytes.begin() + y * dst_stride);
     return bytes;
 }
 

@@ -130,7 +130,7 @@ class ColorSweep {
 void SweepAllColors(FormatPair formats) {
     ColorSweep sweep(formats.from);
     ImageBuffer dst = Describe(formats.to, ColorSweep::kSize, 0);
-    const auto size = static_cast<std::size_t>(dst.stride * dst.height);
+    const auto size = static_cast<std::size_t>(dst.stride) * dst.height;
     std::vector<Byte> plain(size), simd(size), got(size);
     for (int u = 0; u < 256; ++u) {
         if (!IsTried(u)) continue;

@@ -24,7 +24,7 @@ TEST(Pictures, OddOnesRepeatTheirEdges) {
             for (std::int64_t y = 0; y < plane.rows; ++y)
                 for (std::int64_t i = 0; i < plane.row_bytes; ++i)
                     picture.Row(plane, y)[i] = static_cast<std::uint8_t>(16 * y + i + 1);
-        picture.RepeatEdges();
+        RepeatEdges(picture);
         for (const Plane& plane : PlanesOf(picture.image(), {4, 4})) {
             SCOPED_TRACE(plane.samples);
             const bool pairs_of_rows = plane.rows == 2;
@@ -37,23 +37,28 @@ TEST(Pictures, OddOnesRepeatTheirEdges) {
     }
 }
 
+Picture Cut(const Picture& from, Size size) {
+    Picture part("", from.format(), size);
+    for (const Plane& plane : part.Planes())
+        for (const Plane& source : from.Planes())
+            for (std::int64_t y = 0; y < plane.rows && source.samples == plane.samples; ++y)
+                std::copy_n(from.Row(source, y), plane.row_bytes, part.Row(plane, y));
+    RepeatEdges(part);
+    return part;
+}
+
 // A picture of odd size looks like the even one that it was cut from, last column and row included.
 TEST(Pictures, OddOnesConvertWithoutDrift) {
     const Size odd = {13, 7};
-    Picture large = PaintTestCard({14, 8}, 0, 1), small("", PXB_I420, odd);
-    std::vector<Plane> from = large.Planes(), to = small.Planes();
-    for (std::size_t i = 0; i < to.size(); ++i)
-        for (std::int64_t y = 0; y < to[i].rows; ++y)
-            std::copy_n(large.Row(from[i], y), to[i].row_bytes, small.Row(to[i], y));
-    small.RepeatEdges();
-
-    // Wide enough that every row passes through the same arithmetic in both.
-    const Picture whole = Convert("", large, PXB_RGB24), cut = Convert("", small, PXB_RGB24);
-    const Plane plane = cut.Planes()[0];
-    for (int y = 0; y < odd.height; ++y) {
-        SCOPED_TRACE(y);
-        EXPECT_EQ(RowBytes(cut, plane, y, plane.row_bytes),
-                  RowBytes(whole, plane, y, plane.row_bytes));
+    const Picture whole = PaintTestCard({14, 8}, 0, 1), cut = Cut(whole, odd);
+    for (const PixelFormat format : {PXB_RGB24, PXB_RGB32, PXB_YV12}) {
+        SCOPED_TRACE(FormatName(format));
+        const Picture expected = Cut(Convert("", whole, format), odd);
+        const Picture converted = Convert("", cut, format);
+        for (const Plane& plane : expected.Planes())
+            for (std::int64_t y = 0; y < plane.rows; ++y)
+                EXPECT_EQ(RowBytes(converted, plane, y, plane.row_bytes),
+                          RowBytes(expected, plane, y, plane.row_bytes));
     }
 }
 

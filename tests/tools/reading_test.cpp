@@ -28,7 +28,7 @@ Picture NoisyPicture(PixelFormat format, Size size, unsigned seed) {
             for (std::int64_t i = 0; i < plane.row_bytes; ++i)
                 picture.Row(plane, y)[i] =
                     static_cast<std::uint8_t>((seed = seed * 1664525 + 1013904223) >> 24);
-    picture.RepeatEdges();
+    RepeatEdges(picture);
     return picture;
 }
 
