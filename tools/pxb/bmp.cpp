@@ -168,7 +168,7 @@ Video ReadBmp(InputFile& input, const RawLayout&, const FrameSink& sink) {
         else
             StoreIndexed(row, bytes.data(), picture, palette, fields);
     }
-    picture.RepeatEdges();
+    RepeatEdges(picture);
     const Video video{format, header.size};
     sink(video, picture, 0);
     return video;

@@ -1,5 +1,6 @@
 // pxb: arguments in, one command, one line on standard error and status 2 where something is wrong.
 #include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <exception>
 #include <new>
@@ -26,9 +27,8 @@ Examples:
   pxb convert card.y4m card.png                  the same as a picture, through the library
   pxb info card.y4m                              its format, planes and strides
   pxb convert shot.yuy2 shot.png --size 600x400  raw frames need their size
-  pxb convert photo.png photo.bmp --to RGB32     four bytes a pixel
-  pxb channel photo.png grey.png --channel 1     one channel as a grey picture
-  pxb testcard - --type y4m | pxb convert - - --type bmp > card.bmp)";
+  pxb convert photo.png - --type bmp --to RGB32 | pxb convert - photo.nv12
+  pxb channel photo.png grey.png --channel 1     one channel as a grey picture)";
 
 constexpr char kAboutFiles[] =
     R"(Pixel formats by code: 1 RGB24 (bytes B G R), 2 RGB32 (B G R X), 3 YV12 (planes Y V U),
@@ -178,6 +178,9 @@ int Complain(std::string message) {
 }  // namespace pxb::tool
 
 int main(int argc, char** argv) {
+#if !defined(_WIN32)
+    std::signal(SIGPIPE, SIG_IGN);  // a closed pipe becomes a failed write, which is reported
+#endif
     try {
         pxb::tool::Run(argc, argv);
         return 0;

@@ -50,23 +50,16 @@ Picture::~Picture() {
     PxbDelete(&image_);
 }
 
-std::uint8_t* Picture::Row(const Plane& plane, std::int64_t y) const {
-    return image_.data + plane.offset + plane.stride * y;
-}
-
-std::uint8_t* Picture::Row(std::int64_t y) const {
-    return image_.data + std::int64_t{image_.stride} * y;
-}
-
-void Picture::RepeatEdges() {
-    for (const Plane& plane : Planes()) {
-        const std::int64_t end = std::int64_t{size_.width} * plane.pixel_step;
-        if (size_.width % 2 != 0 && plane.pixel_bytes != 0)
+void RepeatEdges(Picture& picture) {
+    const Size size = picture.size();
+    for (const Plane& plane : picture.Planes()) {
+        const std::int64_t end = std::int64_t{size.width} * plane.pixel_step;
+        if (size.width % 2 != 0 && plane.pixel_bytes != 0)
             for (std::int64_t y = 0; y < plane.rows; ++y)
-                std::memcpy(Row(plane, y) + end, Row(plane, y) + end - plane.pixel_step,
-                            plane.pixel_bytes);
-        if (size_.height % 2 != 0 && !plane.halved_rows)
-            std::memcpy(Row(plane, plane.rows), Row(plane, plane.rows - 1),
+                std::memcpy(picture.Row(plane, y) + end,
+                            picture.Row(plane, y) + end - plane.pixel_step, plane.pixel_bytes);
+        if (size.height % 2 != 0 && !plane.halved_rows)
+            std::memcpy(picture.Row(plane, plane.rows), picture.Row(plane, plane.rows - 1),
                         static_cast<std::size_t>(plane.stride));
     }
 }

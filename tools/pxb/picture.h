@@ -25,17 +25,21 @@ class Picture {
     const ImageBuffer& image() const { return image_; }
 
     std::vector<Plane> Planes() const { return PlanesOf(image_, size_); }
-    std::uint8_t* Row(const Plane& plane, std::int64_t y) const;
-    std::uint8_t* Row(std::int64_t y) const;  // of an interleaved format
-
-    // Fills the column and row beyond an odd size with copies of their neighbours. Readers call
-    // this once the visible part is complete.
-    void RepeatEdges();
+    std::uint8_t* Row(const Plane& plane, std::int64_t y) const {
+        return image_.data + plane.offset + plane.stride * y;
+    }
+    std::uint8_t* Row(std::int64_t y) const {  // of an interleaved format
+        return image_.data + std::int64_t{image_.stride} * y;
+    }
 
   private:
     ImageBuffer image_{};
     Size size_;
 };
+
+// Fills the column and row beyond an odd size with copies of their neighbours. Readers call this once
+// the visible part is complete.
+void RepeatEdges(Picture& picture);
 
 // Throws what the constructor would throw, for readers that know the size before they allocate.
 void CheckSize(std::string_view file, PixelFormat format, Size size);

@@ -100,7 +100,7 @@ Video ReadPng(InputFile& input, const RawLayout&, const FrameSink& sink) {
         for (std::int32_t y = 0; y < size.height; ++y)
             png_read_row(reader.png, picture.Row(y), nullptr);
     png_read_end(reader.png, nullptr);
-    picture.RepeatEdges();
+    RepeatEdges(picture);
     const Video video{format, size};
     sink(video, picture, 0);
     return video;

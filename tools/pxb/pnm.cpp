@@ -102,7 +102,7 @@ Video ReadPnm(InputFile& input, const RawLayout&, const FrameSink& sink) {
         ReadSamples(input, header, "row " + std::to_string(y), bytes, samples);
         StoreRow(picture.Row(y), header, samples);
     }
-    picture.RepeatEdges();
+    RepeatEdges(picture);
     const Video video{format, header.size};
     sink(video, picture, 0);
     return video;

@@ -26,7 +26,7 @@ Picture ReadFrame(InputFile& input, const Video& video, std::int64_t number) {
     for (const Plane& plane : picture.Planes())
         for (std::int64_t y = 0; y < plane.rows; ++y)
             input.Read(picture.Row(plane, y), plane.row_bytes, field);
-    picture.RepeatEdges();
+    RepeatEdges(picture);
     return picture;
 }
 

@@ -195,7 +195,7 @@ class TestCard {
         for (const auto& line : lines) {
             const int widest =
                 (box.Width() - margin) / (kGlyphAdvance * static_cast<int>(line.text.size()));
-            const int scale = std::min(static_cast<int>(line.height * cell_ + 0.5), widest);
+            const int scale = std::min(static_cast<int>(std::lround(line.height * cell_)), widest);
             if (scale < 1) continue;
             canvas_.Text(box.left + margin, top, scale, line.text, line.color);
             top += (kGlyphHeight + 5) * scale;
@@ -228,7 +228,7 @@ class TestCard {
 Picture PaintTestCard(Size size, int number, int count) {
     Picture picture("test card", PXB_I420, size);
     TestCard(picture, number, count).Paint();
-    picture.RepeatEdges();
+    RepeatEdges(picture);
     return picture;
 }
 
