@@ -3,7 +3,8 @@
 //     y = 74 (Y - 16)    B = (y + 129 u) >> 6    G = (y - 25 u - 52 v) >> 6    R = (y + 102 v) >> 6
 //
 // with u = U - 128, v = V - 128. Sums that leave 16 bits saturate, which the final clamp to 0..255
-// hides. The constant of y, 74 * 16, is taken off with the chroma, of which there is less.
+// hides. In planar layouts chroma is one lane for two pixels and goes to the even and the odd ones; in
+// YUY2 it is spread over its pixels at once.
 #include "convert/yuv_to_rgb.h"
 #include "convert/yuv_to_rgb_rows.h"
 #include "core/simd/wide.h"
