@@ -2,8 +2,8 @@
 //
 //     y = 74 (Y - 16)    B = (y + 129 u) >> 6    G = (y - 25 u - 52 v) >> 6    R = (y + 102 v) >> 6
 //
-// with u = U - 128, v = V - 128. Sums that leave 16 bits saturate, which the final clamp to 0..255
-// hides. In planar layouts chroma is one lane for two pixels and goes to the even and the odd ones; in
+// with u = U - 128, v = V - 128. Only the sum of blue can leave 16 bits; it saturates, which the final
+// clamp to 0..255 hides. In planar layouts chroma is one lane for two pixels and goes to the even and the odd ones; in
 // YUY2 it is spread over its pixels at once.
 #include "convert/yuv_to_rgb.h"
 #include "convert/yuv_to_rgb_rows.h"
@@ -55,7 +55,7 @@ template <class V>
 PXB_INLINE Channels<V> Shade(typename V::Words luma, const Chroma<V>& chroma,
                              const Coefficients<V>& k) {
     const auto y = V::Sub(luma, k.black);
-    return {V::template ShiftRight<6>(V::Add(y, chroma.blue)),
+    return {V::template ShiftRight<6>(V::AddSaturated(y, chroma.blue)),
             V::template ShiftRight<6>(V::Sub(y, chroma.green)),
             V::template ShiftRight<6>(V::Add(y, chroma.red))};
 }

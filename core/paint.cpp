@@ -16,7 +16,9 @@ void PaintWords(std::uint8_t* dst, std::uint32_t word, std::size_t count) {
 // Patterns that no word holds: the run grows by copies of its own beginning, first by all of it, later
 // by a piece that stays in the first cache.
 void PaintByCopies(std::uint8_t* dst, const Pattern& pattern, std::size_t bytes) {
-    constexpr std::size_t kLargestPiece = 3 << 13;  // whole patterns of 3 bytes
+    // Whole patterns and cache lines, but no whole pages: a copy reads slowly what lies any number of
+    // pages before the bytes it has just written.
+    constexpr std::size_t kLargestPiece = 127 * 3 * 64;
     std::size_t done = std::min(bytes, static_cast<std::size_t>(pattern.size));
     std::memcpy(dst, pattern.bytes, done);
     while (done < bytes) {

@@ -251,7 +251,8 @@ struct Wide {
     template <int kByte>
     static PXB_INLINE Bytes NarrowByte(const Pixels& a) {
         const auto byte = [](__m256i p) PXB_INLINE_LAMBDA {
-            return _mm256_and_si256(_mm256_srli_epi32(p, 8 * kByte), _mm256_set1_epi32(0xFF));
+            const __m256i low = _mm256_srli_epi32(p, 8 * kByte);
+            return kByte == 3 ? low : _mm256_and_si256(low, _mm256_set1_epi32(0xFF));
         };
         const __m256i mixed =
             _mm256_packus_epi16(_mm256_packus_epi32(byte(a.quarter[0]), byte(a.quarter[1])),
@@ -259,8 +260,11 @@ struct Wide {
         return {Gather(mixed)};
     }
 
-    static PXB_INLINE Words Add(Words a, Words b) { return {_mm256_adds_epi16(a.all, b.all)}; }
-    static PXB_INLINE Words Sub(Words a, Words b) { return {_mm256_subs_epi16(a.all, b.all)}; }
+    static PXB_INLINE Words Add(Words a, Words b) { return {_mm256_add_epi16(a.all, b.all)}; }
+    static PXB_INLINE Words Sub(Words a, Words b) { return {_mm256_sub_epi16(a.all, b.all)}; }
+    static PXB_INLINE Words AddSaturated(Words a, Words b) {
+        return {_mm256_adds_epi16(a.all, b.all)};
+    }
     template <int kBits>
     static PXB_INLINE Words ShiftRight(Words a) {
         return {_mm256_srai_epi16(a.all, kBits)};

@@ -176,8 +176,9 @@ struct Wide {
                                _mm_packs_pi32(byte(a.quarter[2]), byte(a.quarter[3])))};
     }
 
-    static PXB_INLINE Words Add(Words a, Words b) { return {_mm_adds_pi16(a.all, b.all)}; }
-    static PXB_INLINE Words Sub(Words a, Words b) { return {_mm_subs_pi16(a.all, b.all)}; }
+    static PXB_INLINE Words Add(Words a, Words b) { return {_mm_add_pi16(a.all, b.all)}; }
+    static PXB_INLINE Words Sub(Words a, Words b) { return {_mm_sub_pi16(a.all, b.all)}; }
+    static PXB_INLINE Words AddSaturated(Words a, Words b) { return {_mm_adds_pi16(a.all, b.all)}; }
     template <int kBits>
     static PXB_INLINE Words ShiftRight(Words a) {
         return {_mm_srai_pi16(a.all, kBits)};

@@ -1,5 +1,5 @@
-// Two pixels in plain integers. A lane holds more than 16 bits, which is why Add and Sub need not
-// saturate here: kernels clamp what saturation would have cut off.
+// Two pixels in plain integers. A lane holds more than 16 bits, which is why AddSaturated need
+// not saturate here: kernels clamp what saturation would have cut off.
 #pragma once
 #include "core/rows.h"
 
@@ -122,6 +122,7 @@ struct Pair {
 
     static PXB_INLINE Words Add(Words a, Words b) { return a + b; }
     static PXB_INLINE Words Sub(Words a, Words b) { return a - b; }
+    static PXB_INLINE Words AddSaturated(Words a, Words b) { return a + b; }
     template <int kBits>
     static PXB_INLINE Words ShiftRight(Words a) {
         return a >> kBits;

@@ -173,8 +173,11 @@ struct Wide {
                                  _mm_packs_epi32(byte(a.quarter[2]), byte(a.quarter[3])))};
     }
 
-    static PXB_INLINE Words Add(Words a, Words b) { return {_mm_adds_epi16(a.all, b.all)}; }
-    static PXB_INLINE Words Sub(Words a, Words b) { return {_mm_subs_epi16(a.all, b.all)}; }
+    static PXB_INLINE Words Add(Words a, Words b) { return {_mm_add_epi16(a.all, b.all)}; }
+    static PXB_INLINE Words Sub(Words a, Words b) { return {_mm_sub_epi16(a.all, b.all)}; }
+    static PXB_INLINE Words AddSaturated(Words a, Words b) {
+        return {_mm_adds_epi16(a.all, b.all)};
+    }
     template <int kBits>
     static PXB_INLINE Words ShiftRight(Words a) {
         return {_mm_srai_epi16(a.all, kBits)};

@@ -25,7 +25,8 @@
 //     WeighPairs<b, g, r>        (b B + g G + r R) summed over two neighbours, or over those of two rows
 //     PairUp(u, v)               such sums >> 8 (two rows: >> 9), 128 added, as bytes U V U V ...
 //     NarrowByte<k>              byte k of each lane of Pixels
-//     Add Sub ShiftRight<n>      on Words; Add and Sub saturate, ShiftRight is arithmetic
+//     Add Sub AddSaturated       on Words
+//     ShiftRight<n>              on Words, arithmetic
 //     Leave                      at the end of each kernel: MMX hands the floating-point registers back
 //
 // No operation touches memory outside its pixels.
