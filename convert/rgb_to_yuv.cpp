@@ -1,7 +1,7 @@
 // RGB to YUV in plain code.
 #include "convert/rgb_to_yuv.h"
 
-#include "convert/rgb_to_yuv_rows.h"
+#include "convert/drifting_rows.h"
 
 namespace pxb {
 namespace {
@@ -43,9 +43,9 @@ template <int kBytesPerPixel, int kChromaStep>
 void ConvertTo420(Byte* y, Byte* u, Byte* v, std::int32_t y_stride, std::int32_t chroma_stride,
                   const Byte* src, std::int32_t src_stride, std::int32_t width,
                   std::int32_t height) {
-    ForRowPairsOfRgb<kBytesPerPixel>(
-        y, u, v, y_stride, chroma_stride, src, src_stride, width, height,
-        [=](Byte* y0, Byte* y1, Byte* pu, Byte* pv, const Byte* src0, const Byte* src1) {
+    ForRowPairsOfPackedAnd420<kBytesPerPixel>(
+        src, src_stride, y, u, v, y_stride, chroma_stride, width, height,
+        [=](const Byte* src0, const Byte* src1, Byte* y0, Byte* y1, Byte* pu, Byte* pv) {
             for (int j = 0; j < width / 2; ++j) {
                 const int x = 2 * kBytesPerPixel * j;
                 const Bgr block = LumaOfPair<kBytesPerPixel, 1>(y0 + 2 * j, src0 + x) +
@@ -59,7 +59,7 @@ void ConvertTo420(Byte* y, Byte* u, Byte* v, std::int32_t y_stride, std::int32_t
 template <int kBytesPerPixel>
 void ConvertToYuy2(Byte* dst, std::int32_t dst_stride, const Byte* src, std::int32_t src_stride,
                    std::int32_t width, std::int32_t height) {
-    ForRowsOfRgb<kBytesPerPixel>(
+    ForDriftingRows<2, kBytesPerPixel>(
         dst, dst_stride, src, src_stride, width, height, [=](Byte* to, const Byte* from) {
             for (int j = 0; j < width / 2; ++j, to += 4, from += 2 * kBytesPerPixel) {
                 const Bgr pair = LumaOfPair<kBytesPerPixel, 2>(to, from);

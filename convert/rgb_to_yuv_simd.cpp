@@ -1,7 +1,7 @@
 // RGB to YUV, the same bytes as the plain kernels. All weights of chroma are even, so they are halved
 // here and the shifts are one less.
+#include "convert/drifting_rows.h"
 #include "convert/rgb_to_yuv.h"
-#include "convert/rgb_to_yuv_rows.h"
 #include "core/simd/wide.h"
 
 namespace pxb::PXB_TARGET {
@@ -61,9 +61,9 @@ template <int kBytesPerPixel, class Chroma>
 PXB_INLINE void ConvertTo420(Byte* y, Byte* u, Byte* v, std::int32_t y_stride,
                              std::int32_t chroma_stride, const Byte* src, std::int32_t src_stride,
                              std::int32_t width, std::int32_t height) {
-    ForRowPairsOfRgb<kBytesPerPixel>(
-        y, u, v, y_stride, chroma_stride, src, src_stride, width, height,
-        [=](Byte* y0, Byte* y1, Byte* pu, Byte* pv, const Byte* src0, const Byte* src1)
+    ForRowPairsOfPackedAnd420<kBytesPerPixel>(
+        src, src_stride, y, u, v, y_stride, chroma_stride, width, height,
+        [=](const Byte* src0, const Byte* src1, Byte* y0, Byte* y1, Byte* pu, Byte* pv)
             PXB_INLINE_LAMBDA {
                 const int x = ConvertRowPair<Wide, kBytesPerPixel, Chroma>(y0, y1, pu, pv, src0,
                                                                            src1, 0, width);
@@ -75,12 +75,12 @@ PXB_INLINE void ConvertTo420(Byte* y, Byte* u, Byte* v, std::int32_t y_stride,
 template <int kBytesPerPixel>
 PXB_INLINE void ConvertToYuy2(Byte* dst, std::int32_t dst_stride, const Byte* src,
                               std::int32_t src_stride, std::int32_t width, std::int32_t height) {
-    ForRowsOfRgb<kBytesPerPixel>(dst, dst_stride, src, src_stride, width, height,
-                                 [=](Byte* to, const Byte* from) PXB_INLINE_LAMBDA {
-                                     const int x =
-                                         ConvertRow<Wide, kBytesPerPixel>(to, from, 0, width);
-                                     ConvertRow<Pair, kBytesPerPixel>(to, from, x, width);
-                                 });
+    ForDriftingRows<2, kBytesPerPixel>(dst, dst_stride, src, src_stride, width, height,
+                                       [=](Byte* to, const Byte* from) PXB_INLINE_LAMBDA {
+                                           const int x =
+                                               ConvertRow<Wide, kBytesPerPixel>(to, from, 0, width);
+                                           ConvertRow<Pair, kBytesPerPixel>(to, from, x, width);
+                                       });
     Wide::Leave();
 }
 

@@ -1,7 +1,7 @@
 // YUV reshuffles in plain code, and the copies.
 #include "convert/yuv_reshuffles.h"
 
-#include "convert/yuv_reshuffles_rows.h"
+#include "convert/drifting_rows.h"
 #include "core/copy.h"
 #include "core/planes.h"
 
@@ -57,8 +57,8 @@ namespace plain {
 void ConvertYuv420ToYuy2(Byte* dst, std::int32_t dst_stride, const Byte* y, const Byte* u,
                          const Byte* v, std::int32_t y_stride, std::int32_t chroma_stride,
                          std::int32_t width, std::int32_t height) {
-    ForRowPairsOfYuy2And420(
-        dst, dst_stride, y, u, v, y_stride, chroma_stride, height,
+    ForRowPairsOfPackedAnd420<2>(
+        dst, dst_stride, y, u, v, y_stride, chroma_stride, EvenWidth(width), height,
         [=](Byte* d0, Byte* d1, const Byte* y0, const Byte* y1, const Byte* pu, const Byte* pv) {
             MergeRow(d0, y0, pu, pv, width / 2);
             MergeRow(d1, y1, pu, pv, width / 2);
@@ -68,8 +68,8 @@ void ConvertYuv420ToYuy2(Byte* dst, std::int32_t dst_stride, const Byte* y, cons
 void ConvertYuy2ToYuv420(Byte* y, Byte* u, Byte* v, std::int32_t y_stride,
                          std::int32_t chroma_stride, const Byte* src, std::int32_t src_stride,
                          std::int32_t width, std::int32_t height) {
-    ForRowPairsOfYuy2And420(
-        src, src_stride, y, u, v, y_stride, chroma_stride, height,
+    ForRowPairsOfPackedAnd420<2>(
+        src, src_stride, y, u, v, y_stride, chroma_stride, EvenWidth(width), height,
         [=](const Byte* s0, const Byte* s1, Byte* y0, Byte* y1, Byte* pu, Byte* pv) {
             for (int j = 0; j < width / 2; ++j, s0 += 4, s1 += 4) {
                 y0[2 * j] = s0[0];

@@ -1,6 +1,6 @@
 // YUV reshuffles, the same bytes as the plain kernels.
+#include "convert/drifting_rows.h"
 #include "convert/yuv_reshuffles.h"
-#include "convert/yuv_reshuffles_rows.h"
 #include "core/simd/wide.h"
 
 namespace pxb::PXB_TARGET {
@@ -57,24 +57,26 @@ PXB_INLINE std::ptrdiff_t MergeRun(Byte* dst, const Byte* y, const Byte* u, cons
 void ConvertYuv420ToYuy2(Byte* dst, std::int32_t dst_stride, const Byte* y, const Byte* u,
                          const Byte* v, std::int32_t y_stride, std::int32_t chroma_stride,
                          std::int32_t width, std::int32_t height) {
-    ForRowPairsOfYuy2And420(dst, dst_stride, y, u, v, y_stride, chroma_stride, height,
-                            [=](Byte* d0, Byte* d1, const Byte* y0, const Byte* y1, const Byte* pu,
-                                const Byte* pv) PXB_INLINE_LAMBDA {
-                                const int x = MergeRowPair<Wide>(d0, d1, y0, y1, pu, pv, 0, width);
-                                MergeRowPair<Pair>(d0, d1, y0, y1, pu, pv, x, width);
-                            });
+    ForRowPairsOfPackedAnd420<2>(
+        dst, dst_stride, y, u, v, y_stride, chroma_stride, EvenWidth(width), height,
+        [=](Byte* d0, Byte* d1, const Byte* y0, const Byte* y1, const Byte* pu, const Byte* pv)
+            PXB_INLINE_LAMBDA {
+                const int x = MergeRowPair<Wide>(d0, d1, y0, y1, pu, pv, 0, width);
+                MergeRowPair<Pair>(d0, d1, y0, y1, pu, pv, x, width);
+            });
     Wide::Leave();
 }
 
 void ConvertYuy2ToYuv420(Byte* y, Byte* u, Byte* v, std::int32_t y_stride,
                          std::int32_t chroma_stride, const Byte* src, std::int32_t src_stride,
                          std::int32_t width, std::int32_t height) {
-    ForRowPairsOfYuy2And420(src, src_stride, y, u, v, y_stride, chroma_stride, height,
-                            [=](const Byte* s0, const Byte* s1, Byte* y0, Byte* y1, Byte* pu,
-                                Byte* pv) PXB_INLINE_LAMBDA {
-                                const int x = SplitRowPair<Wide>(y0, y1, pu, pv, s0, s1, 0, width);
-                                SplitRowPair<Pair>(y0, y1, pu, pv, s0, s1, x, width);
-                            });
+    ForRowPairsOfPackedAnd420<2>(
+        src, src_stride, y, u, v, y_stride, chroma_stride, EvenWidth(width), height,
+        [=](const Byte* s0, const Byte* s1, Byte* y0, Byte* y1, Byte* pu, Byte* pv)
+            PXB_INLINE_LAMBDA {
+                const int x = SplitRowPair<Wide>(y0, y1, pu, pv, s0, s1, 0, width);
+                SplitRowPair<Pair>(y0, y1, pu, pv, s0, s1, x, width);
+            });
     Wide::Leave();
 }
 

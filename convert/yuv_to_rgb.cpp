@@ -1,7 +1,7 @@
 // YUV to RGB in plain 13-bit fixed point, from tables, and the kernel that mixes both arithmetics.
 #include "convert/yuv_to_rgb.h"
 
-#include "convert/yuv_to_rgb_rows.h"
+#include "convert/drifting_rows.h"
 #include "convert/yuv_to_rgb_tables.h"
 
 namespace pxb {
@@ -42,7 +42,7 @@ template <int kBytesPerPixel, int kChromaStep>
 void Convert420(Byte* dst, std::int32_t dst_stride, const Byte* y, const Byte* u, const Byte* v,
                 std::int32_t y_stride, std::int32_t chroma_stride, std::int32_t width,
                 std::int32_t height) {
-    ForRowPairsOf420<kBytesPerPixel>(
+    ForRowPairsOfPackedAnd420<kBytesPerPixel>(
         dst, dst_stride, y, u, v, y_stride, chroma_stride, width, height,
         [=](Byte* d0, Byte* d1, const Byte* y0, const Byte* y1, const Byte* pu, const Byte* pv) {
             for (int j = 0; j < width / 2; ++j) {
@@ -98,8 +98,8 @@ void ConvertAyuv32ToRgb32(Byte* dst, std::int32_t dst_stride, const Byte* src,
 
 void ConvertYuy2ToRgb32(Byte* dst, std::int32_t dst_stride, const Byte* src,
                         std::int32_t src_stride, std::int32_t width, std::int32_t height) {
-    ForRowsOfYuy2<4>(dst, dst_stride, src, src_stride, width, height,
-                     [=](Byte* d, const Byte* s) { ConvertYuy2Pairs<4>(d, s, 0, width / 2); });
+    ForDriftingRows<4, 2>(dst, dst_stride, src, src_stride, width, height,
+                          [=](Byte* d, const Byte* s) { ConvertYuy2Pairs<4>(d, s, 0, width / 2); });
 }
 
 void ConvertYuv422ToRgb24(std::int32_t width, Byte* dst, std::int32_t dst_stride, const Byte* y,
@@ -121,10 +121,11 @@ void ConvertYuy2ToRgb24(Byte* dst, std::int32_t dst_stride, const Byte* src,
                                                    avx2::ConvertYuy2RowToRgb24};
     Yuy2RowToRgbKernel* const convert_run = kRow.Choose();
     const std::int32_t run = width / 16 * 16;
-    ForRowsOfYuy2<3>(dst, dst_stride, src, src_stride, width, height, [=](Byte* d, const Byte* s) {
-        convert_run(d, s, run);
-        ConvertYuy2Pairs<3>(d, s, run / 2, width / 2);
-    });
+    ForDriftingRows<3, 2>(dst, dst_stride, src, src_stride, width, height,
+                          [=](Byte* d, const Byte* s) {
+                              convert_run(d, s, run);
+                              ConvertYuy2Pairs<3>(d, s, run / 2, width / 2);
+                          });
 }
 
 }  // namespace pxb

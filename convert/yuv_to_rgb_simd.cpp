@@ -5,8 +5,8 @@
 // with u = U - 128, v = V - 128. Only the sum of blue can leave 16 bits; it saturates, which the final
 // clamp to 0..255 hides. In planar layouts chroma is one lane for two pixels and goes to the even and the odd ones; in
 // YUY2 it is spread over its pixels at once.
+#include "convert/drifting_rows.h"
 #include "convert/yuv_to_rgb.h"
-#include "convert/yuv_to_rgb_rows.h"
 #include "core/simd/wide.h"
 
 namespace pxb::PXB_TARGET {
@@ -134,7 +134,7 @@ PXB_INLINE void Convert420(Byte* dst, std::int32_t dst_stride, const Byte* y, co
                            std::int32_t width, std::int32_t height) {
     const Coefficients<Wide> wide;
     const Coefficients<Pair> pair;
-    ForRowPairsOf420<Store<Wide>::kBytes>(
+    ForRowPairsOfPackedAnd420<Store<Wide>::kBytes>(
         dst, dst_stride, y, u, v, y_stride, chroma_stride, width, height,
         [&](Byte* dst0, Byte* dst1, const Byte* y0, const Byte* y1, const Byte* pu, const Byte* pv)
             PXB_INLINE_LAMBDA {
@@ -184,11 +184,11 @@ void ConvertYuy2ToRgb32(Byte* dst, std::int32_t dst_stride, const Byte* src,
                         std::int32_t src_stride, std::int32_t width, std::int32_t height) {
     const Coefficients<Wide> wide;
     const Coefficients<Pair> pair;
-    ForRowsOfYuy2<4>(dst, dst_stride, src, src_stride, width, height,
-                     [&](Byte* d, const Byte* s) PXB_INLINE_LAMBDA {
-                         const int x = ConvertYuy2Row<Wide, Bgr0>(d, s, 0, width, wide);
-                         ConvertYuy2Row<Pair, Bgr0>(d, s, x, width, pair);
-                     });
+    ForDriftingRows<4, 2>(dst, dst_stride, src, src_stride, width, height,
+                          [&](Byte* d, const Byte* s) PXB_INLINE_LAMBDA {
+                              const int x = ConvertYuy2Row<Wide, Bgr0>(d, s, 0, width, wide);
+                              ConvertYuy2Row<Pair, Bgr0>(d, s, x, width, pair);
+                          });
     Wide::Leave();
 }
 

@@ -1,7 +1,7 @@
 #!/bin/bash
 # The program itself: exit statuses, one line on standard error, standard input and output, and what
-# is left in the folder. Arguments: the program, and for Windows programs what runs them, which gives
-# them no standard input.
+# is left in the folder. Arguments: the program, and for Windows programs what runs them, which
+# gives them no standard input.
 program=$(realpath "$1") runner=$2
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
@@ -54,15 +54,17 @@ refused "absent.y4m: open" info absent.y4m
 refused "absent/out.bmp: open" convert card.y4m absent/out.bmp
 
 if [ -z "$runner" ]; then
-    pxb testcard - --type y4m --size 101x75 --frames 3 | cmp - card.y4m || fail "card on standard output"
+    pxb testcard - --type y4m --size 101x75 --frames 3 | cmp - card.y4m ||
+        fail "card on standard output"
     pxb convert - - --type bmp <card.y4m | cmp - card.bmp || fail "standard input"
     pxb convert - - --type raw --size 101x75 --format I420 <card.i420 | cmp - card.i420 ||
         fail "raw frames on standard input"
     head -c 30000 card.y4m | pxb convert - out.bmp --frame 2 2>/dev/null
     expect $? 2
-    for command in "testcard - --type bmp" "convert card.y4m - --type raw" "info card.y4m" "--help"; do
+    for command in "testcard - --type bmp" "convert card.y4m - --type raw" "info card.y4m" \
+        --help; do
         pxb $command >/dev/full 2>"$message"
-        expect "$command on a full device: $? $(grep -c '^pxb: standard output: write' "$message")" \
+        expect "$command on a full device: $? $(grep -c '^pxb: standard output: w' "$message")" \
             "$command on a full device: 2 1"
         pxb $command >&- 2>/dev/null
         expect "$command without standard output: $?" "$command without standard output: 2"
@@ -75,7 +77,9 @@ if [ -z "$runner" ]; then
         fail "card into a pipe"
     [ -p pipe ] || fail "a pipe was replaced"
     ln -s card.i420 link.i420
-    pxb testcard link.i420 --size 2x2 && [ -L link.i420 ] && expect "$(wc -c <card.i420)" 6 || fail "link"
+    pxb testcard link.i420 --size 2x2 && [ -L link.i420 ] ||
+        fail "a link was replaced"
+    expect "$(wc -c <card.i420)" 6
 
     # Interrupted while it waits for the rest of the second frame.
     pxb testcard large.y4m --frames 2

@@ -1,4 +1,4 @@
-// What the tool adds to the library's pixels: edges of odd pictures, the choice of frames, the card.
+// What the tool adds to the library: edges of odd pictures, the choice of frames, the test card.
 #include <algorithm>
 #include <string>
 

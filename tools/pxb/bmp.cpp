@@ -1,5 +1,5 @@
-// BMP: 14 bytes of file header, 40 or more of picture header, a palette, and rows from the bottom up
-// (a negative height: from the top down), each padded to a multiple of 4 bytes.
+// BMP: 14 bytes of file header, 40 or more of picture header, a palette, and rows from the bottom
+// up (a negative height: from the top down), each padded to a multiple of 4 bytes.
 #include "bmp.h"
 
 #include <algorithm>

@@ -7,7 +7,8 @@
 
 namespace pxb::tool {
 
-// Paths; "-" is standard input or output. `type` names the output's type where its extension does not.
+// Paths; "-" is standard input or output. `type` names the output's type where its extension does
+// not.
 struct OutputOptions {
     std::string path, type;
     std::optional<PixelFormat> format;

@@ -31,8 +31,8 @@ struct Plane {
     std::int64_t stride;       // bytes from row to row
     std::int64_t row_bytes;    // bytes of a visible row
     std::int64_t rows;         // visible rows
-    // To repeat the last pixel of a row, copy `pixel_bytes` over a distance of `pixel_step`; 0 where
-    // one sample serves two columns, so that rows of an odd width are complete.
+    // To repeat the last pixel of a row, copy `pixel_bytes` over a distance of `pixel_step`; 0
+    // where one sample serves two columns, so that rows of an odd width are complete.
     int pixel_bytes, pixel_step;
     bool halved_rows;  // one row serves two: an odd height is complete
 };

@@ -19,8 +19,8 @@ namespace {
 constexpr int kFailed = 2;
 
 constexpr char kExamples[] =
-    R"(Files: Y4M video (4:2:0, 4:2:2, mono), PNG, PNM and BMP pictures, and raw frames. The extension
-tells the type, else the first bytes do. `-` is standard input or output.
+    R"(Files: Y4M video (4:2:0, 4:2:2, mono), PNG, PNM and BMP pictures, and raw frames. The
+extension tells the type, else the first bytes do. `-` is standard input or output.
 
 Examples:
   pxb testcard card.y4m                          a test card, 768x576, 4:2:0

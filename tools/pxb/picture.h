@@ -37,8 +37,8 @@ class Picture {
     Size size_;
 };
 
-// Fills the column and row beyond an odd size with copies of their neighbours. Readers call this once
-// the visible part is complete.
+// Fills the column and row beyond an odd size with copies of their neighbours. Readers call this
+// once the visible part is complete.
 void RepeatEdges(Picture& picture);
 
 // Throws what the constructor would throw, for readers that know the size before they allocate.

@@ -1,5 +1,5 @@
-// PNG through libpng. Palettes, fewer than 8 bits and transparent colors are expanded, 16 bits scaled
-// to 8; gamma and color profiles are not applied, so that bytes stay what they are.
+// PNG through libpng. Palettes, fewer than 8 bits and transparent colors are expanded, 16 bits
+// scaled to 8; gamma and color profiles are not applied, so that bytes stay what they are.
 #include "png_file.h"
 
 #include <png.h>

@@ -4,7 +4,7 @@
 //     corners        saturated colors, each round its complement
 //     top            color bars at 100 % and 75 %
 //     center         a zone plate that reaches half the sampling rate at its rim
-//     beside it      left: gratings of 1 to 4 pixels and checkerboards; right: text in falling sizes
+//     beside it      left: gratings and checkerboards of 1 to 4 pixels; right: text
 //     bottom         grey steps, a grey ramp, a hue sweep and ramps of the primaries
 //
 // Panels hang on the frame's edges or on its center, so that wide and tall frames stay in balance.
@@ -148,8 +148,8 @@ class TestCard {
         Bars(canvas_, Between(Cells(2), Cells(3)), 0.75);
     }
 
-    // Rings that narrow outward: the phase is pi r^2 / 2R, so that a step of one pixel at the rim is
-    // half a period.
+    // Rings that narrow outward: the phase is pi r^2 / 2R, so that a step of one pixel at the rim
+    // is half a period.
     void ZonePlate() {
         const double radius = Cells(2.5);
         canvas_.Disc(center_x_, center_y_, radius, [&](double dx, double dy) {
