@@ -9,7 +9,8 @@ namespace {
 constexpr std::int32_t kFirstChannel = 1, kLastChannel = 4, kLuma = 5;
 
 // Bytes from one destination row to the next. The advance over the padding is computed from the
-// destination's own width, so that rows do not start at multiples of the stride where widths differ.
+// destination's own width, so that rows do not start at multiples of the stride where widths
+// differ.
 std::int32_t RowStep(const ImageBuffer& to, const Extent& source) {
     return static_cast<std::int32_t>(std::int64_t{source.width} + to.stride - to.width);
 }
@@ -48,8 +49,8 @@ ResultCode FromPackedRgb(const ImageBuffer& to, const ImageBuffer& from, std::in
     }
 }
 
-// Luma by way of a temporary image, of rounded size. Failures leave the destination as it is and are
-// not reported: callers depend on the 0.
+// Luma by way of a temporary image, of rounded size. Failures leave the destination as it is and
+// are not reported: callers depend on the 0.
 void TakeLuma(const ImageBuffer& to, const ImageBuffer& from) {
     ImageBuffer luma = {};
     luma.format = PXB_YV12;

@@ -1,9 +1,9 @@
 // The row loops of the conversions that work on pairs of columns, shared by all variants.
 //
 // The advances from row to row are required to be computed from the full width although only whole
-// pairs of columns are converted. With an odd width, RGB, luma and packed pixels therefore start one
-// pixel further left in each further row (4:2:0: pair of rows). Chroma planes do not. Conversions
-// that must not drift pass an even width.
+// pairs of columns are converted. With an odd width, RGB, luma and packed pixels therefore start
+// one pixel further left in each further row (4:2:0: pair of rows). Chroma planes do not.
+// Conversions that must not drift pass an even width.
 #pragma once
 #include "core/rows.h"
 

@@ -7,8 +7,8 @@ namespace {
 
 using KernelRows = std::array<KernelRow, kKernelEntries>;
 
-// Sources come in runs, and destinations in a fixed order within each. Entries that no conversion of
-// this library uses are null.
+// Sources come in runs, and destinations in a fixed order within each. Entries that no conversion
+// of this library uses are null.
 constexpr std::size_t kGeneral = 0, kYuv420 = 4, kYuy2 = 17, kRgb32 = 53, kRgb24 = 62;
 enum PlanarDestination : std::size_t {
     k420ToYv12 = 0,

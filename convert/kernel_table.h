@@ -1,5 +1,5 @@
-// KernelTable: the conversion kernels of this processor by source and destination, for operations that
-// dispatch through a table. Conversions choose for themselves at each call and do not read it.
+// KernelTable: the conversion kernels of this processor by source and destination, for operations
+// that dispatch through a table. Conversions choose for themselves at each call and do not read it.
 #pragma once
 #include <array>
 #include <cstddef>
@@ -14,8 +14,8 @@ namespace pxb {
 
 using AnyKernel = void (*)();
 
-// A kernel of any of the signatures, or null. A union, since only unions of function pointers can be
-// filled in before any code runs.
+// A kernel of any of the signatures, or null. A union, since only unions of function pointers can
+// be filled in before any code runs.
 union KernelPointer {
     AnyKernel any;
     Yuv420ToRgbKernel* yuv420_to_packed;
@@ -54,8 +54,8 @@ struct KernelRow {
     KernelVariants kernel, companion;
 };
 
-// The first entry's SSE variant is required to be its plain kernel: a processor with MMX and SSE but
-// without SSE2 ends with the plain one there.
+// The first entry's SSE variant is required to be its plain kernel: a processor with MMX and SSE
+// but without SSE2 ends with the plain one there.
 constexpr KernelRow FirstGeneralRow(KernelPointer plain, KernelPointer mmx, KernelPointer sse2) {
     return {{plain, mmx, plain, sse2}, {}};
 }

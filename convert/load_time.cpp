@@ -1,6 +1,6 @@
 // What runs while the library is loaded, before any function of it can be called. The order among
-// constructors of several files is opposite on Linux and Windows, so there is only this one, and all
-// that it writes has constant initial values.
+// constructors of several files is opposite on Linux and Windows, so there is only this one, and
+// all that it writes has constant initial values.
 #include "convert/load_time.h"
 
 #include "convert/kernel_table.h"

@@ -24,8 +24,8 @@ Registers Cpuid(std::uint32_t leaf) {
     return r;
 }
 
-// The equality is required as it stands: any larger maximum skips the extended leaf, so that on most
-// processors its three bits stay 0.
+// The equality is required as it stands: any larger maximum skips the extended leaf, so that on
+// most processors its three bits stay 0.
 std::uint32_t ProbeFeatures() {
     std::uint32_t features = Cpuid(1).d & kLeaf1;
     if (Cpuid(kFirstExtendedLeaf).a == kFirstExtendedLeaf)

@@ -1,5 +1,5 @@
-// Copies and depth changes between RGB8, RGB24 and RGB32. Rows are `width` pixels, of any number; strides
-// are bytes; a negative height turns the source upside down.
+// Copies and depth changes between RGB8, RGB24 and RGB32. Rows are `width` pixels, of any number;
+// strides are bytes; a negative height turns the source upside down.
 #pragma once
 #include "convert/processor.h"
 #include "core/rows.h"

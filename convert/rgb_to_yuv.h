@@ -4,11 +4,11 @@
 //     Y = ((66 R + 129 G + 25 B) >> 8) + 16
 //     U = ((112 B - 74 G - 38 R) >> s) + 128    V = ((112 R - 94 G - 18 B) >> s) + 128
 //
-// U and V are of the summed R, G, B of the pixels that share them: s is 10 for blocks of 2 x 2, 9 for
-// pairs, 8 for single pixels. No result needs a clamp: Y is 16 to 235, U and V 16 to 240.
+// U and V are of the summed R, G, B of the pixels that share them: s is 10 for blocks of 2 x 2, 9
+// for pairs, 8 for single pixels. No result needs a clamp: Y is 16 to 235, U and V 16 to 239.
 //
-// Whole pairs of columns (4:2:0: and of rows) are converted. A negative height turns the source upside
-// down. Strides are bytes.
+// Whole pairs of columns (4:2:0: and of rows) are converted. A negative height turns the source
+// upside down. Strides are bytes.
 #pragma once
 #include "convert/processor.h"
 #include "core/rows.h"

@@ -1,5 +1,5 @@
-// RGB to YUV, the same bytes as the plain kernels. All weights of chroma are even, so they are halved
-// here and the shifts are one less.
+// RGB to YUV, the same bytes as the plain kernels. All weights of chroma are even, so they are
+// halved here and the shifts are one less.
 #include "convert/drifting_rows.h"
 #include "convert/rgb_to_yuv.h"
 #include "core/simd/wide.h"

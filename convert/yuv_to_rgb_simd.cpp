@@ -2,9 +2,9 @@
 //
 //     y = 74 (Y - 16)    B = (y + 129 u) >> 6    G = (y - 25 u - 52 v) >> 6    R = (y + 102 v) >> 6
 //
-// with u = U - 128, v = V - 128. Only the sum of blue can leave 16 bits; it saturates, which the final
-// clamp to 0..255 hides. In planar layouts chroma is one lane for two pixels and goes to the even and the odd ones; in
-// YUY2 it is spread over its pixels at once.
+// with u = U - 128, v = V - 128. Only the sum of blue can leave 16 bits; it saturates, which the
+// final clamp to 0..255 hides. In planar layouts chroma is one lane for two pixels and goes to the
+// even and the odd ones; in YUY2 it is spread over its pixels at once.
 #include "convert/drifting_rows.h"
 #include "convert/yuv_to_rgb.h"
 #include "core/simd/wide.h"
@@ -165,7 +165,8 @@ void ConvertNv12ToRgb32(Byte* dst, std::int32_t dst_stride, const Byte* y, const
     Convert420<Bgr0, OnePlane>(dst, dst_stride, y, uv, uv, y_stride, uv_stride, width, height);
 }
 
-// One pixel at a time in plain integers, which the compiler spreads over the registers of the build.
+// One pixel at a time in plain integers, which the compiler spreads over the registers of the
+// build.
 void ConvertAyuv32ToRgb32(Byte* dst, std::int32_t dst_stride, const Byte* src,
                           std::int32_t src_stride, std::int32_t width, std::int32_t height) {
     const Coefficients<Pair> k;

@@ -1,5 +1,5 @@
-// YuvToRgbTables: the terms of the plain YUV to RGB arithmetic in 13-bit fixed point, for each sample
-// value (ITU-R BT.601: 1.164, 2.018, 0.391, 0.813 and 1.596 times 8192, truncated).
+// YuvToRgbTables: the terms of the plain YUV to RGB arithmetic in 13-bit fixed point, for each
+// sample value (ITU-R BT.601: 1.164, 2.018, 0.391, 0.813 and 1.596 times 8192, truncated).
 #pragma once
 #include <cstdint>
 

@@ -17,7 +17,8 @@ std::int64_t PaddedRowBytes(std::int64_t width, std::int32_t bits_per_pixel) {
     return (width * bits_per_pixel + 31) / 32 * 4;
 }
 
-// Of all planes. A stride that leaves 32 bits is refused here, as -1, before the product can leave 64.
+// Of all planes. A stride that leaves 32 bits is refused here, as -1, before the product can
+// leave 64.
 std::int64_t ImageBytes(std::int64_t height, std::int64_t stride, const FormatInfo& format) {
     constexpr std::int64_t kLargest = std::int64_t{1} << 31;
     if (height != 0 && (stride > kLargest || stride < -kLargest)) return -1;

@@ -13,11 +13,11 @@ void PaintWords(std::uint8_t* dst, std::uint32_t word, std::size_t count) {
     __asm__ volatile("rep stosl" : "+D"(to), "+c"(count) : "a"(word) : "memory");
 }
 
-// Patterns that no word holds: the run grows by copies of its own beginning, first by all of it, later
-// by a piece that stays in the first cache.
+// Patterns that no word holds: the run grows by copies of its own beginning, first by all of it,
+// later by a piece that stays in the first cache.
 void PaintByCopies(std::uint8_t* dst, const Pattern& pattern, std::size_t bytes) {
-    // Whole patterns and cache lines, but no whole pages: a copy reads slowly what lies any number of
-    // pages before the bytes it has just written.
+    // Whole patterns and cache lines, but no whole pages: a copy reads slowly what lies any number
+    // of pages before the bytes it has just written.
     constexpr std::size_t kLargestPiece = 127 * 3 * 64;
     std::size_t done = std::min(bytes, static_cast<std::size_t>(pattern.size));
     std::memcpy(dst, pattern.bytes, done);

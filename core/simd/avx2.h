@@ -1,6 +1,6 @@
-// AVX2: 32 pixels, 256-bit registers. Most operations work inside 128-bit blocks. Lanes that will be
-// interleaved or were narrowed are "dealt": groups of four pixels lie in the two blocks in turn, so
-// that work inside blocks leaves neighbours side by side, and loads or stores put them in order.
+// AVX2: 32 pixels, 256-bit registers. Most operations work inside 128-bit blocks. Lanes that will
+// be interleaved or were narrowed are "dealt": groups of four pixels lie in the two blocks in turn,
+// so that work inside blocks leaves neighbours side by side, and loads or stores put them in order.
 #pragma once
 #include <immintrin.h>
 
@@ -188,8 +188,8 @@ struct Wide {
     }
     static PXB_INLINE Bytes Average(Bytes a, Bytes b) { return {_mm256_avg_epu8(a.all, b.all)}; }
 
-    // G counts with both its neighbours: so that each of the two products of a pixel stays below 2^15,
-    // though their sum needs 16 bits without sign.
+    // G counts with both its neighbours: so that each of the two products of a pixel stays below
+    // 2^15, though their sum needs 16 bits without sign.
     template <int kB, int kG, int kR, int kOffset>
     static PXB_INLINE Dealt WeighBgr(const Rgb& a) {
         constexpr int kSecondG = 128 - kR, kFirstG = kG - kSecondG;
@@ -206,9 +206,9 @@ struct Wide {
             _mm256_packus_epi16(_mm256_srli_epi16(low, 8), _mm256_srli_epi16(high, 8));
         return {_mm256_add_epi8(dealt, _mm256_set1_epi8(kOffset))};
     }
-    // The sum x of two neighbours fits 16 bits with sign. Kept as 32767 - x without sign, it has in its
-    // high byte the complement of (x >> 8) + 128; and the rounded average of two such words is exactly
-    // 32767 - ((x + y) >> 1), where the sum itself would not fit.
+    // The sum x of two neighbours fits 16 bits with sign. Kept as 32767 - x without sign, it has in
+    // its high byte the complement of (x >> 8) + 128; and the rounded average of two such words is
+    // exactly 32767 - ((x + y) >> 1), where the sum itself would not fit.
     template <int kB, int kG, int kR>
     static PXB_INLINE Sums WeighPairs(const Rgb& a) {
         const auto product = [](__m256i channel, int weight) PXB_INLINE_LAMBDA {
