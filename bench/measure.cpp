@@ -27,7 +27,8 @@ std::vector<Variant> Variants() {
     constexpr Variant kAll[] = {{"plain", {0, 0}},
                                 {"mmx", {kMmxOnly, 0}},
                                 {"sse2", {kUpToSse2, 0}},
-                                {"avx2", {kUpToSse2, kAvx2}}};
+                                {"avx2", {kUpToSse2, kAvx2}},
+                                {"avx512", {kUpToSse2, kAvx2 | kAvx512}}};
     static const Processor kFound = ProbeProcessor();
     std::vector<Variant> variants;
     for (const Variant& v : kAll)

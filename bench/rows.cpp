@@ -57,8 +57,8 @@ constexpr Row kRows[] = {
     {"fill RGB8", Job::kFill, PXB_RGB8, PXB_RGB8, kLikeMemset},
 };
 
-// Distances from a page boundary: multiples of 16, as PxbNew gives them, some of 64.
-constexpr std::size_t kOffsets[Scene::kPlaces][2] = {{0, 2048}, {576, 3136}, {1232, 336}};
+// Distances from a page boundary: multiples of 64, as PxbNew gives them.
+constexpr std::size_t kOffsets[Scene::kPlaces][2] = {{0, 2048}, {576, 3136}, {1216, 320}};
 
 }  // namespace
 

@@ -1,8 +1,10 @@
 # Compiles kernel texts once per instruction set, each into its own namespace pxb::<target>.
 # "pairwise" is the same text in plain integers: the tails of rows, and processors without SIMD.
-set(PXB_SIMD_TARGETS pairwise mmx sse2 avx2)
+set(PXB_SIMD_TARGETS pairwise mmx sse2 avx2 avx512)
 set(PXB_SIMD_FLAGS_sse2 -msse2)
 set(PXB_SIMD_FLAGS_avx2 -mavx2)
+set(PXB_SIMD_FLAGS_avx512 -mavx512vl -mavx512bw -mavx512vbmi -mavx512vnni
+    -Wno-maybe-uninitialized)  # GCC 12 warns within its own AVX-512 header
 if(PXB_X86_32)  # no SIMD register outside the kernels
     set(PXB_SIMD_FLAGS_baseline -mno-sse -mno-mmx)
     set(PXB_SIMD_FLAGS_mmx -mmmx -mno-sse)

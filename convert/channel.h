@@ -24,11 +24,10 @@ PXB_DECLARE_CHANNEL(pairwise)
 PXB_DECLARE_CHANNEL(mmx)
 PXB_DECLARE_CHANNEL(sse2)
 PXB_DECLARE_CHANNEL(avx2)
+PXB_DECLARE_CHANNEL(avx512)
 #undef PXB_DECLARE_CHANNEL
 
-constexpr Variants<Rgb32ChannelKernel> kRgb32Channel = {
-    plain::TakeRgb32Channel, nullptr, sse2::TakeRgb32Channel, avx2::TakeRgb32Channel};
-constexpr Variants<Rgb24GreyKernel> kRgb24Grey = {plain::TakeRgb24Grey, nullptr,
-                                                  sse2::TakeRgb24Grey, avx2::TakeRgb24Grey};
+constexpr Variants<Rgb32ChannelKernel> kRgb32Channel = PXB_VARIANTS_FROM_SSE2(TakeRgb32Channel);
+constexpr Variants<Rgb24GreyKernel> kRgb24Grey = PXB_VARIANTS_FROM_SSE2(TakeRgb24Grey);
 
 }  // namespace pxb

@@ -125,7 +125,7 @@ ResultCode FromRgb32(const ImageBuffer& to, const ImageBuffer& from) {
         case PXB_YUY2:
             return RunPacked(kRgb32ToYuy2.Choose(), to, from);
         case PXB_AYUV32:
-            return RunPacked(ConvertRgb32ToAyuv32, to, from);
+            return RunPacked(kRgb32ToAyuv32.Choose(), to, from);
         case PXB_NV12:
             return RunRgb32ToNv12(to, from);
         case PXB_RGB8:

@@ -33,13 +33,24 @@ std::uint32_t ProbeFeatures() {
     return features;
 }
 
+bool HasAll(std::uint32_t word, std::uint32_t bits) {
+    return (word & bits) == bits;
+}
+
+// Bits of leaf 7, and of the word that says which registers the system saves.
 std::uint32_t ProbeWide() {
-    constexpr std::uint32_t kOsxsave = 1u << 27, kLeaf7Avx2 = 1u << 5, kXmmAndYmm = 6;
+    constexpr std::uint32_t kOsxsave = 1u << 27;
+    constexpr std::uint32_t kB_Avx2 = 1u << 5, kB_FBwVl = 1u << 16 | 1u << 30 | 1u << 31;
+    constexpr std::uint32_t kC_VbmiVnni = 1u << 1 | 1u << 11;
+    constexpr std::uint32_t kYmm = 0b110, kZmm = 0b11100110;
     if (!(Cpuid(1).c & kOsxsave) || Cpuid(0).a < 7) return 0;
     std::uint32_t saved, high;
     __asm__ volatile("xgetbv" : "=a"(saved), "=d"(high) : "c"(0));
-    if ((saved & kXmmAndYmm) != kXmmAndYmm) return 0;
-    return (Cpuid(7).b & kLeaf7Avx2) ? std::uint32_t{kAvx2} : 0;
+    const Registers leaf7 = Cpuid(7);
+    if (!HasAll(saved, kYmm) || !(leaf7.b & kB_Avx2)) return 0;
+    const bool avx512 =
+        HasAll(saved, kZmm) && HasAll(leaf7.b, kB_FBwVl) && HasAll(leaf7.c, kC_VbmiVnni);
+    return avx512 ? kAvx2 | kAvx512 : std::uint32_t{kAvx2};
 }
 
 void Probe(void* result) {

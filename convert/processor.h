@@ -22,6 +22,7 @@ enum ProcessorFeature : std::uint32_t {
 // their registers. Wide variants stand behind the SSE2 bit and give the same bytes as SSE2.
 enum WideFeature : std::uint32_t {
     kAvx2 = 1u << 0,
+    kAvx512 = 1u << 1,  // F, BW and VL, with VBMI (byte permutations) and VNNI (dot products)
 };
 
 struct Processor {
@@ -39,21 +40,36 @@ std::uint32_t WideFeatures();
 // The load-time initialisation writes the words with this, and so do tests that force a variant.
 void SetProcessor(Processor replacement);
 
-// The variants of one kernel; null where there is none.
+// The variants of one kernel; null where there is none. A single kernel is the plain one.
 template <class Kernel>
 struct Variants {
     Kernel* plain;
-    Kernel* mmx;
-    Kernel* sse2;
-    Kernel* avx2;
+    Kernel* mmx = nullptr;
+    Kernel* sse2 = nullptr;
+    Kernel* avx2 = nullptr;
+    Kernel* avx512 = nullptr;
 
     // For the call at hand. SSE alone never selects anything.
     Kernel* Choose() const {
         const std::uint32_t features = ProcessorFeatures();
-        if (sse2 && (features & kSse2)) return avx2 && (WideFeatures() & kAvx2) ? avx2 : sse2;
+        if (sse2 && (features & kSse2)) return ChooseWide();
         if (mmx && (features & kMmx)) return mmx;
         return plain;
     }
+
+  private:
+    Kernel* ChooseWide() const {
+        const std::uint32_t wide = WideFeatures();
+        if (avx512 && (wide & kAvx512)) return avx512;
+        if (avx2 && (wide & kAvx2)) return avx2;
+        return sse2;
+    }
 };
+
+// The variants of a kernel of this name.
+#define PXB_VARIANTS_FROM_MMX(kernel) \
+    { plain::kernel, mmx::kernel, sse2::kernel, avx2::kernel, avx512::kernel }
+#define PXB_VARIANTS_FROM_SSE2(kernel) \
+    { plain::kernel, nullptr, sse2::kernel, avx2::kernel, avx512::kernel }
 
 }  // namespace pxb

@@ -20,21 +20,16 @@ PXB_DECLARE_RGB_COPIES(pairwise)
 PXB_DECLARE_RGB_COPIES(mmx)
 PXB_DECLARE_RGB_COPIES(sse2)
 PXB_DECLARE_RGB_COPIES(avx2)
+PXB_DECLARE_RGB_COPIES(avx512)
 #undef PXB_DECLARE_RGB_COPIES
 
 // Copies are the same for all processors: no vector loop moves bytes faster than the string move.
 RgbCopyKernel CopyRgb24, CopyRgb32;
 
-constexpr Variants<RgbCopyKernel> kCopyRgb24 = {CopyRgb24, nullptr, nullptr, nullptr};
-constexpr Variants<RgbCopyKernel> kCopyRgb32 = {CopyRgb32, nullptr, nullptr, nullptr};
-constexpr Variants<RgbCopyKernel> kRgb24ToRgb32 = {
-    plain::ConvertRgb24ToRgb32, mmx::ConvertRgb24ToRgb32, sse2::ConvertRgb24ToRgb32,
-    avx2::ConvertRgb24ToRgb32};
-constexpr Variants<RgbCopyKernel> kRgb32ToRgb24 = {
-    plain::ConvertRgb32ToRgb24, mmx::ConvertRgb32ToRgb24, sse2::ConvertRgb32ToRgb24,
-    avx2::ConvertRgb32ToRgb24};
-constexpr Variants<RgbCopyKernel> kRgb8ToRgb24 = {plain::ConvertRgb8ToRgb24,
-                                                  mmx::ConvertRgb8ToRgb24, sse2::ConvertRgb8ToRgb24,
-                                                  avx2::ConvertRgb8ToRgb24};
+constexpr Variants<RgbCopyKernel> kCopyRgb24 = {CopyRgb24};
+constexpr Variants<RgbCopyKernel> kCopyRgb32 = {CopyRgb32};
+constexpr Variants<RgbCopyKernel> kRgb24ToRgb32 = PXB_VARIANTS_FROM_MMX(ConvertRgb24ToRgb32);
+constexpr Variants<RgbCopyKernel> kRgb32ToRgb24 = PXB_VARIANTS_FROM_MMX(ConvertRgb32ToRgb24);
+constexpr Variants<RgbCopyKernel> kRgb8ToRgb24 = PXB_VARIANTS_FROM_MMX(ConvertRgb8ToRgb24);
 
 }  // namespace pxb

@@ -5,29 +5,6 @@
 namespace pxb::PXB_TARGET {
 namespace {
 
-template <class V>
-PXB_INLINE std::int32_t WidenPixels(Byte* dst, const Byte* src, std::int32_t x, std::int32_t end) {
-    for (; x + V::kPixels <= end; x += V::kPixels)
-        V::StoreBgrx(dst + 4 * x, V::LoadBgr(src + 3 * x));
-    return x;
-}
-
-template <class V>
-PXB_INLINE std::int32_t NarrowPixels(Byte* dst, const Byte* src, std::int32_t x, std::int32_t end) {
-    for (; x + V::kPixels <= end; x += V::kPixels)
-        V::StoreBgr(dst + 3 * x, V::LoadBgrx(src + 4 * x));
-    return x;
-}
-
-template <class V>
-PXB_INLINE std::int32_t SpreadGrey(Byte* dst, const Byte* src, std::int32_t x, std::int32_t end) {
-    for (; x + V::kPixels <= end; x += V::kPixels) {
-        const auto grey = V::Load(src + x);
-        V::StoreBgr(dst + 3 * x, grey, grey, grey);
-    }
-    return x;
-}
-
 PXB_INLINE void CopyBgr(Byte* dst, const Byte* src) {
     dst[0] = src[0];
     dst[1] = src[1];
@@ -38,37 +15,44 @@ PXB_INLINE void CopyBgr(Byte* dst, const Byte* src) {
 
 void ConvertRgb24ToRgb32(Byte* dst, std::int32_t dst_stride, const Byte* src,
                          std::int32_t src_stride, std::int32_t width, std::int32_t height) {
+    const Writer write(width, height);
     ForRows(dst, dst_stride, src, src_stride, height,
-            [=](Byte* to, const Byte* from) PXB_INLINE_LAMBDA {
-                std::int32_t x = WidenPixels<Wide>(to, from, 0, width);
-                x = WidenPixels<Pair>(to, from, x, width);
+            [&](Byte* to, const Byte* from) PXB_INLINE_LAMBDA {
+                const auto x = write.To(to).ForPixels(
+                    width, [=]<class V>(std::ptrdiff_t at) PXB_INLINE_LAMBDA {
+                        V::StoreBgrx(to + 4 * at, V::LoadBgr(from + 3 * at));
+                    });
                 if (x == width) return;
                 CopyBgr(to + 4 * x, from + 3 * x);
                 to[4 * x + 3] = 0;
             });
-    Wide::Leave();
 }
 
 void ConvertRgb32ToRgb24(Byte* dst, std::int32_t dst_stride, const Byte* src,
                          std::int32_t src_stride, std::int32_t width, std::int32_t height) {
+    const Writer write(width, height);
     ForRows(dst, dst_stride, src, src_stride, height,
-            [=](Byte* to, const Byte* from) PXB_INLINE_LAMBDA {
-                std::int32_t x = NarrowPixels<Wide>(to, from, 0, width);
-                x = NarrowPixels<Pair>(to, from, x, width);
+            [&](Byte* to, const Byte* from) PXB_INLINE_LAMBDA {
+                const auto x = write.To(to).ForPixels(
+                    width, [=]<class V>(std::ptrdiff_t at) PXB_INLINE_LAMBDA {
+                        V::StoreBgr(to + 3 * at, V::LoadBgrx(from + 4 * at));
+                    });
                 if (x < width) CopyBgr(to + 3 * x, from + 4 * x);
             });
-    Wide::Leave();
 }
 
 void ConvertRgb8ToRgb24(Byte* dst, std::int32_t dst_step, const Byte* src, std::int32_t src_stride,
                         std::int32_t width, std::int32_t height) {
-    ForRows(dst, dst_step, src, src_stride, height,
-            [=](Byte* to, const Byte* from) PXB_INLINE_LAMBDA {
-                std::int32_t x = SpreadGrey<Wide>(to, from, 0, width);
-                x = SpreadGrey<Pair>(to, from, x, width);
-                if (x < width) to[3 * x] = to[3 * x + 1] = to[3 * x + 2] = from[x];
-            });
-    Wide::Leave();
+    const Writer write(width, height);
+    ForRows(
+        dst, dst_step, src, src_stride, height, [&](Byte* to, const Byte* from) PXB_INLINE_LAMBDA {
+            const auto x =
+                write.To(to).ForPixels(width, [=]<class V>(std::ptrdiff_t at) PXB_INLINE_LAMBDA {
+                    const auto grey = V::Load(from + at);
+                    V::StoreBgr(to + 3 * at, grey, grey, grey);
+                });
+            if (x < width) to[3 * x] = to[3 * x + 1] = to[3 * x + 2] = from[x];
+        });
 }
 
 }  // namespace pxb::PXB_TARGET

@@ -101,8 +101,6 @@ void ConvertRgb32ToYuy2(Byte* dst, std::int32_t dst_stride, const Byte* src,
     ConvertToYuy2<4>(dst, dst_stride, src, src_stride, width, height);
 }
 
-}  // namespace plain
-
 void ConvertRgb32ToAyuv32(Byte* dst, std::int32_t dst_stride, const Byte* src,
                           std::int32_t src_stride, std::int32_t width, std::int32_t height) {
     ForRows(dst, dst_stride, src, src_stride, height, [=](Byte* to, const Byte* from) {
@@ -116,4 +114,5 @@ void ConvertRgb32ToAyuv32(Byte* dst, std::int32_t dst_stride, const Byte* src,
     });
 }
 
+}  // namespace plain
 }  // namespace pxb

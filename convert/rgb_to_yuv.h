@@ -31,29 +31,23 @@ using RgbToPackedKernel = void(Byte* dst, std::int32_t dst_stride, const Byte* s
     RgbToYuv420Kernel ConvertRgb24ToYuv420, ConvertRgb32ToYuv420; \
     RgbToPackedKernel ConvertRgb24ToYuy2, ConvertRgb32ToYuy2;     \
     RgbToNv12Kernel ConvertRgb32ToNv12;                           \
+    RgbToPackedKernel ConvertRgb32ToAyuv32;                       \
     }
 PXB_DECLARE_RGB_TO_YUV(plain)
 PXB_DECLARE_RGB_TO_YUV(pairwise)
 PXB_DECLARE_RGB_TO_YUV(mmx)
 PXB_DECLARE_RGB_TO_YUV(sse2)
 PXB_DECLARE_RGB_TO_YUV(avx2)
+PXB_DECLARE_RGB_TO_YUV(avx512)
 #undef PXB_DECLARE_RGB_TO_YUV
 
-// A = X, and Y, U, V of each pixel by itself, in the order A Y U V. Any width; nothing drifts.
-RgbToPackedKernel ConvertRgb32ToAyuv32;
+constexpr Variants<RgbToYuv420Kernel> kRgb24ToYuv420 = PXB_VARIANTS_FROM_MMX(ConvertRgb24ToYuv420);
+constexpr Variants<RgbToYuv420Kernel> kRgb32ToYuv420 = PXB_VARIANTS_FROM_MMX(ConvertRgb32ToYuv420);
+constexpr Variants<RgbToPackedKernel> kRgb24ToYuy2 = PXB_VARIANTS_FROM_SSE2(ConvertRgb24ToYuy2);
+constexpr Variants<RgbToPackedKernel> kRgb32ToYuy2 = PXB_VARIANTS_FROM_MMX(ConvertRgb32ToYuy2);
+constexpr Variants<RgbToNv12Kernel> kRgb32ToNv12 = PXB_VARIANTS_FROM_SSE2(ConvertRgb32ToNv12);
 
-constexpr Variants<RgbToYuv420Kernel> kRgb24ToYuv420 = {
-    plain::ConvertRgb24ToYuv420, mmx::ConvertRgb24ToYuv420, sse2::ConvertRgb24ToYuv420,
-    avx2::ConvertRgb24ToYuv420};
-constexpr Variants<RgbToYuv420Kernel> kRgb32ToYuv420 = {
-    plain::ConvertRgb32ToYuv420, mmx::ConvertRgb32ToYuv420, sse2::ConvertRgb32ToYuv420,
-    avx2::ConvertRgb32ToYuv420};
-constexpr Variants<RgbToPackedKernel> kRgb24ToYuy2 = {
-    plain::ConvertRgb24ToYuy2, nullptr, sse2::ConvertRgb24ToYuy2, avx2::ConvertRgb24ToYuy2};
-constexpr Variants<RgbToPackedKernel> kRgb32ToYuy2 = {
-    plain::ConvertRgb32ToYuy2, mmx::ConvertRgb32ToYuy2, sse2::ConvertRgb32ToYuy2,
-    avx2::ConvertRgb32ToYuy2};
-constexpr Variants<RgbToNv12Kernel> kRgb32ToNv12 = {
-    plain::ConvertRgb32ToNv12, nullptr, sse2::ConvertRgb32ToNv12, avx2::ConvertRgb32ToNv12};
+// A = X, and Y, U, V of each pixel by itself, in the order A Y U V. Any width; nothing drifts.
+constexpr Variants<RgbToPackedKernel> kRgb32ToAyuv32 = PXB_VARIANTS_FROM_SSE2(ConvertRgb32ToAyuv32);
 
 }  // namespace pxb

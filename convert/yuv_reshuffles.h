@@ -45,27 +45,20 @@ PXB_DECLARE_YUV_RESHUFFLES(pairwise)
 PXB_DECLARE_YUV_RESHUFFLES(mmx)
 PXB_DECLARE_YUV_RESHUFFLES(sse2)
 PXB_DECLARE_YUV_RESHUFFLES(avx2)
+PXB_DECLARE_YUV_RESHUFFLES(avx512)
 #undef PXB_DECLARE_YUV_RESHUFFLES
 
 // Copies are the same for all processors.
 Yuy2CopyKernel CopyYuy2;
 Yuv420CopyKernel CopyYuv420ToYv12, CopyYuv420ToI420;
 
-constexpr Variants<Yuy2CopyKernel> kCopyYuy2 = {CopyYuy2, nullptr, nullptr, nullptr};
-constexpr Variants<Yuv420CopyKernel> kCopyYuv420ToYv12 = {CopyYuv420ToYv12, nullptr, nullptr,
-                                                          nullptr};
-constexpr Variants<Yuv420CopyKernel> kCopyYuv420ToI420 = {CopyYuv420ToI420, nullptr, nullptr,
-                                                          nullptr};
+constexpr Variants<Yuy2CopyKernel> kCopyYuy2 = {CopyYuy2};
+constexpr Variants<Yuv420CopyKernel> kCopyYuv420ToYv12 = {CopyYuv420ToYv12};
+constexpr Variants<Yuv420CopyKernel> kCopyYuv420ToI420 = {CopyYuv420ToI420};
 
-constexpr Variants<Yuv420ToYuy2Kernel> kYuv420ToYuy2 = {
-    plain::ConvertYuv420ToYuy2, mmx::ConvertYuv420ToYuy2, sse2::ConvertYuv420ToYuy2,
-    avx2::ConvertYuv420ToYuy2};
-constexpr Variants<Yuy2ToYuv420Kernel> kYuy2ToYuv420 = {
-    plain::ConvertYuy2ToYuv420, mmx::ConvertYuy2ToYuv420, sse2::ConvertYuy2ToYuv420,
-    avx2::ConvertYuy2ToYuv420};
-constexpr Variants<Yuy2SplitKernel> kYuy2ToYuv422 = {
-    plain::ConvertYuy2ToYuv422, nullptr, sse2::ConvertYuy2ToYuv422, avx2::ConvertYuy2ToYuv422};
-constexpr Variants<Yuy2MergeKernel> kYuv422ToYuy2 = {
-    plain::ConvertYuv422ToYuy2, nullptr, sse2::ConvertYuv422ToYuy2, avx2::ConvertYuv422ToYuy2};
+constexpr Variants<Yuv420ToYuy2Kernel> kYuv420ToYuy2 = PXB_VARIANTS_FROM_MMX(ConvertYuv420ToYuy2);
+constexpr Variants<Yuy2ToYuv420Kernel> kYuy2ToYuv420 = PXB_VARIANTS_FROM_MMX(ConvertYuy2ToYuv420);
+constexpr Variants<Yuy2SplitKernel> kYuy2ToYuv422 = PXB_VARIANTS_FROM_SSE2(ConvertYuy2ToYuv422);
+constexpr Variants<Yuy2MergeKernel> kYuv422ToYuy2 = PXB_VARIANTS_FROM_SSE2(ConvertYuv422ToYuy2);
 
 }  // namespace pxb

@@ -116,16 +116,13 @@ void ConvertYuv422ToRgb24(std::int32_t width, Byte* dst, std::int32_t dst_stride
 
 void ConvertYuy2ToRgb24(Byte* dst, std::int32_t dst_stride, const Byte* src,
                         std::int32_t src_stride, std::int32_t width, std::int32_t height) {
-    constexpr Variants<Yuy2RowToRgbKernel> kRow = {pairwise::ConvertYuy2RowToRgb24, nullptr,
-                                                   sse2::ConvertYuy2RowToRgb24,
-                                                   avx2::ConvertYuy2RowToRgb24};
-    Yuy2RowToRgbKernel* const convert_run = kRow.Choose();
-    const std::int32_t run = width / 16 * 16;
-    ForDriftingRows<3, 2>(dst, dst_stride, src, src_stride, width, height,
-                          [=](Byte* d, const Byte* s) {
-                              convert_run(d, s, run);
-                              ConvertYuy2Pairs<3>(d, s, run / 2, width / 2);
-                          });
+    constexpr Variants<Yuy2ToRgbKernel> kRun = {
+        pairwise::ConvertYuy2RunToRgb24, nullptr, sse2::ConvertYuy2RunToRgb24,
+        avx2::ConvertYuy2RunToRgb24, avx512::ConvertYuy2RunToRgb24};
+    kRun.Choose()(dst, dst_stride, src, src_stride, width, height);
+    ForDriftingRows<3, 2>(
+        dst, dst_stride, src, src_stride, width, height,
+        [=](Byte* d, const Byte* s) { ConvertYuy2Pairs<3>(d, s, width / 16 * 8, width / 2); });
 }
 
 }  // namespace pxb

@@ -25,9 +25,6 @@ using Yuv422ToRgbKernel = void(std::int32_t width, Byte* dst, std::int32_t dst_s
                                const Byte* y, std::int32_t y_stride, const Byte* u, const Byte* v,
                                std::int32_t chroma_advance, std::int32_t height);
 
-// One row of `width` pixels, an even number.
-using Yuy2RowToRgbKernel = void(Byte* dst, const Byte* src, std::int32_t width);
-
 namespace plain {
 Yuv420ToRgbKernel ConvertYuv420ToRgb24, ConvertYuv420ToRgb32;
 Yuy2ToRgbKernel ConvertYuy2ToRgb32;
@@ -39,8 +36,7 @@ Yuy2ToRgbKernel ConvertAyuv32ToRgb32;
 #define PXB_DECLARE_YUV_TO_RGB(target)                            \
     namespace target {                                            \
     Yuv420ToRgbKernel ConvertYuv420ToRgb24, ConvertYuv420ToRgb32; \
-    Yuy2ToRgbKernel ConvertYuy2ToRgb32;                           \
-    Yuy2RowToRgbKernel ConvertYuy2RowToRgb24;                     \
+    Yuy2ToRgbKernel ConvertYuy2ToRgb32, ConvertYuy2RunToRgb24;    \
     Yuv422ToRgbKernel ConvertYuv422ToRgb24;                       \
     Nv12ToRgbKernel ConvertNv12ToRgb32;                           \
     Yuy2ToRgbKernel ConvertAyuv32ToRgb32;                         \
@@ -49,29 +45,21 @@ PXB_DECLARE_YUV_TO_RGB(pairwise)
 PXB_DECLARE_YUV_TO_RGB(mmx)
 PXB_DECLARE_YUV_TO_RGB(sse2)
 PXB_DECLARE_YUV_TO_RGB(avx2)
+PXB_DECLARE_YUV_TO_RGB(avx512)
 #undef PXB_DECLARE_YUV_TO_RGB
 
 // A single kernel for all processors: in each row the first 16 * (width / 16) pixels take the SIMD
 // arithmetic and the rest the plain one. Callers depend on both.
 Yuy2ToRgbKernel ConvertYuy2ToRgb24;
 
-constexpr Variants<Yuv420ToRgbKernel> kYuv420ToRgb24 = {
-    plain::ConvertYuv420ToRgb24, mmx::ConvertYuv420ToRgb24, sse2::ConvertYuv420ToRgb24,
-    avx2::ConvertYuv420ToRgb24};
-constexpr Variants<Yuv420ToRgbKernel> kYuv420ToRgb32 = {
-    plain::ConvertYuv420ToRgb32, mmx::ConvertYuv420ToRgb32, sse2::ConvertYuv420ToRgb32,
-    avx2::ConvertYuv420ToRgb32};
-constexpr Variants<Yuy2ToRgbKernel> kYuy2ToRgb24 = {ConvertYuy2ToRgb24, nullptr, nullptr, nullptr};
-constexpr Variants<Yuy2ToRgbKernel> kYuy2ToRgb32 = {
-    plain::ConvertYuy2ToRgb32, mmx::ConvertYuy2ToRgb32, sse2::ConvertYuy2ToRgb32,
-    avx2::ConvertYuy2ToRgb32};
-constexpr Variants<Yuv422ToRgbKernel> kYuv422ToRgb24 = {
-    plain::ConvertYuv422ToRgb24, nullptr, sse2::ConvertYuv422ToRgb24, avx2::ConvertYuv422ToRgb24};
-constexpr Variants<Nv12ToRgbKernel> kNv12ToRgb32 = {
-    plain::ConvertNv12ToRgb32, nullptr, sse2::ConvertNv12ToRgb32, avx2::ConvertNv12ToRgb32};
+constexpr Variants<Yuv420ToRgbKernel> kYuv420ToRgb24 = PXB_VARIANTS_FROM_MMX(ConvertYuv420ToRgb24);
+constexpr Variants<Yuv420ToRgbKernel> kYuv420ToRgb32 = PXB_VARIANTS_FROM_MMX(ConvertYuv420ToRgb32);
+constexpr Variants<Yuy2ToRgbKernel> kYuy2ToRgb24 = {ConvertYuy2ToRgb24};
+constexpr Variants<Yuy2ToRgbKernel> kYuy2ToRgb32 = PXB_VARIANTS_FROM_MMX(ConvertYuy2ToRgb32);
+constexpr Variants<Yuv422ToRgbKernel> kYuv422ToRgb24 = PXB_VARIANTS_FROM_SSE2(ConvertYuv422ToRgb24);
+constexpr Variants<Nv12ToRgbKernel> kNv12ToRgb32 = PXB_VARIANTS_FROM_SSE2(ConvertNv12ToRgb32);
 
 // Pixel by pixel, of any width; the fourth byte is A. Nothing drifts.
-constexpr Variants<Yuy2ToRgbKernel> kAyuv32ToRgb32 = {
-    plain::ConvertAyuv32ToRgb32, nullptr, sse2::ConvertAyuv32ToRgb32, avx2::ConvertAyuv32ToRgb32};
+constexpr Variants<Yuy2ToRgbKernel> kAyuv32ToRgb32 = PXB_VARIANTS_FROM_SSE2(ConvertAyuv32ToRgb32);
 
 }  // namespace pxb

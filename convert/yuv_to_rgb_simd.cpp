@@ -20,6 +20,10 @@ struct Coefficients {
     decltype(V::FactorV(0)) red = V::FactorV(102);
 };
 
+template <class... V>
+struct CoefficientsForAll : Coefficients<V>... {};
+using AllCoefficients = CoefficientsForAll<PXB_WIDTHS>;
+
 // What chroma adds to y in each channel (green: takes off).
 template <class V>
 struct Chroma {
@@ -28,23 +32,13 @@ struct Chroma {
     typename V::Words blue, green, red;
 };
 
-template <class V>
-struct Bgr {
-    static constexpr int kBytes = 3;
-    static PXB_INLINE void Store(Byte* dst, typename V::Bytes b, typename V::Bytes g,
-                                 typename V::Bytes r) {
+template <int kBytesPerPixel, class V>
+PXB_INLINE void StoreRgb(Byte* dst, typename V::Bytes b, typename V::Bytes g, typename V::Bytes r) {
+    if constexpr (kBytesPerPixel == 3)
         V::StoreBgr(dst, b, g, r);
-    }
-};
-
-template <class V>
-struct Bgr0 {
-    static constexpr int kBytes = 4;
-    static PXB_INLINE void Store(Byte* dst, typename V::Bytes b, typename V::Bytes g,
-                                 typename V::Bytes r) {
+    else
         V::StoreBgr0(dst, b, g, r);
-    }
-};
+}
 
 template <class V>
 struct Channels {
@@ -61,88 +55,73 @@ PXB_INLINE Channels<V> Shade(typename V::Words luma, const Chroma<V>& chroma,
 }
 
 // V::kPixels pixels of one row.
-template <class V, class Store>
+template <int kBytesPerPixel, class V>
 PXB_INLINE void ShadePlanar(Byte* dst, const Byte* y, const Chroma<V>& chroma,
                             const Coefficients<V>& k) {
-    const auto luma = V::template LoadFor<Store::kBytes>(y);
+    const auto luma = V::template LoadFor<kBytesPerPixel>(y);
     const auto even = Shade<V>(V::MulEven(luma, k.y), chroma, k);
     const auto odd = Shade<V>(V::MulOdd(luma, k.y), chroma, k);
-    Store::Store(dst, V::Join(even.blue, odd.blue), V::Join(even.green, odd.green),
-                 V::Join(even.red, odd.red));
+    StoreRgb<kBytesPerPixel, V>(dst, V::Join(even.blue, odd.blue), V::Join(even.green, odd.green),
+                                V::Join(even.red, odd.red));
 }
 
-template <class V, class Store>
+template <int kBytesPerPixel, class V>
 PXB_INLINE void ShadeYuy2(Byte* dst, const Byte* src, const Coefficients<V>& k) {
-    const auto yuy2 = V::template LoadYuy2For<Store::kBytes>(src);
+    const auto yuy2 = V::template LoadYuy2For<kBytesPerPixel>(src);
     const auto low = Shade<V>(V::MulEven(yuy2.low, k.y), Chroma<V>(yuy2.uv_low, k), k);
     const auto high = Shade<V>(V::MulEven(yuy2.high, k.y), Chroma<V>(yuy2.uv_high, k), k);
-    Store::Store(dst, V::Narrow(low.blue, high.blue), V::Narrow(low.green, high.green),
-                 V::Narrow(low.red, high.red));
+    StoreRgb<kBytesPerPixel, V>(dst, V::Narrow(low.blue, high.blue),
+                                V::Narrow(low.green, high.green), V::Narrow(low.red, high.red));
 }
 
 // Where planar chroma comes from: two planes, or one of pairs U V.
 struct TwoPlanes {
     template <class V>
-    static PXB_INLINE typename V::Bytes Load(const Byte* u, const Byte* v, int x) {
+    static PXB_INLINE typename V::Bytes Load(const Byte* u, const Byte* v, std::ptrdiff_t x) {
         return V::LoadPairs(u + x / 2, v + x / 2);
     }
 };
 
 struct OnePlane {
     template <class V>
-    static PXB_INLINE typename V::Bytes Load(const Byte* uv, const Byte*, int x) {
+    static PXB_INLINE typename V::Bytes Load(const Byte* uv, const Byte*, std::ptrdiff_t x) {
         return V::Load(uv + x);
     }
 };
 
-// The functions below convert the pixels from x on, as many as fit before `end`, and return where
-// they stopped.
-template <class V, template <class> class Store, class Source>
-PXB_INLINE int ConvertRowPair(Byte* dst0, Byte* dst1, const Byte* y0, const Byte* y1, const Byte* u,
-                              const Byte* v, int x, int end, const Coefficients<V>& k) {
-    for (; x + V::kPixels <= end; x += V::kPixels) {
-        const Chroma<V> chroma(
-            V::template UvFor<Store<V>::kBytes>(Source::template Load<V>(u, v, x)), k);
-        ShadePlanar<V, Store<V>>(dst0 + Store<V>::kBytes * x, y0 + x, chroma, k);
-        ShadePlanar<V, Store<V>>(dst1 + Store<V>::kBytes * x, y1 + x, chroma, k);
-    }
-    return x;
-}
-
-template <class V, template <class> class Store>
-PXB_INLINE int ConvertYuy2Row(Byte* dst, const Byte* src, int x, int end,
-                              const Coefficients<V>& k) {
-    for (; x + V::kPixels <= end; x += V::kPixels)
-        ShadeYuy2<V, Store<V>>(dst + Store<V>::kBytes * x, src + 2 * x, k);
-    return x;
-}
-
-template <class V, template <class> class Store>
-PXB_INLINE int Convert422Row(Byte* dst, const Byte* y, const Byte* u, const Byte* v, int x, int end,
-                             const Coefficients<V>& k) {
-    for (; x + V::kPixels <= end; x += V::kPixels)
-        ShadePlanar<V, Store<V>>(
-            dst + Store<V>::kBytes * x, y + x,
-            Chroma<V>(V::template UvFor<Store<V>::kBytes>(V::LoadPairs(u + x / 2, v + x / 2)), k),
-            k);
-    return x;
-}
-
-template <template <class> class Store, class Source>
+template <int kBytesPerPixel, class Source>
 PXB_INLINE void Convert420(Byte* dst, std::int32_t dst_stride, const Byte* y, const Byte* u,
                            const Byte* v, std::int32_t y_stride, std::int32_t chroma_stride,
                            std::int32_t width, std::int32_t height) {
-    const Coefficients<Wide> wide;
-    const Coefficients<Pair> pair;
-    ForRowPairsOfPackedAnd420<Store<Wide>::kBytes>(
+    const AllCoefficients k;
+    const Writer write(width, height);
+    ForRowPairsOfPackedAnd420<kBytesPerPixel>(
         dst, dst_stride, y, u, v, y_stride, chroma_stride, width, height,
-        [&](Byte* dst0, Byte* dst1, const Byte* y0, const Byte* y1, const Byte* pu, const Byte* pv)
-            PXB_INLINE_LAMBDA {
-                const int x =
-                    ConvertRowPair<Wide, Store, Source>(dst0, dst1, y0, y1, pu, pv, 0, width, wide);
-                ConvertRowPair<Pair, Store, Source>(dst0, dst1, y0, y1, pu, pv, x, width, pair);
+        [&](Byte* dst0, Byte* dst1, const Byte* y0, const Byte* y1, const Byte* pu,
+            const Byte* pv) PXB_INLINE_LAMBDA {
+            write.To(dst0, dst1).ForPixels(width, [&]<class V>(std::ptrdiff_t x) PXB_INLINE_LAMBDA {
+                const auto pairs = Source::template Load<V>(pu, pv, x);
+                const Chroma<V> chroma(V::template UvFor<kBytesPerPixel>(pairs), k);
+                ShadePlanar<kBytesPerPixel, V>(dst0 + kBytesPerPixel * x, y0 + x, chroma, k);
+                ShadePlanar<kBytesPerPixel, V>(dst1 + kBytesPerPixel * x, y1 + x, chroma, k);
             });
-    Wide::Leave();
+        });
+}
+
+// Of each row only the first `end` pixels.
+template <int kBytesPerPixel>
+PXB_INLINE void ConvertYuy2(Byte* dst, std::int32_t dst_stride, const Byte* src,
+                            std::int32_t src_stride, std::int32_t width, std::int32_t height,
+                            std::int32_t end) {
+    const AllCoefficients k;
+    const Writer write(width, height);
+    ForDriftingRows<kBytesPerPixel, 2>(
+        dst, dst_stride, src, src_stride, width, height,
+        [&](Byte* to, const Byte* from) PXB_INLINE_LAMBDA {
+            write.To(to).ForPixels(end, [&]<class V>(std::ptrdiff_t x) PXB_INLINE_LAMBDA {
+                ShadeYuy2<kBytesPerPixel, V>(to + kBytesPerPixel * x, from + 2 * x, k);
+            });
+        });
 }
 
 }  // namespace
@@ -150,66 +129,68 @@ PXB_INLINE void Convert420(Byte* dst, std::int32_t dst_stride, const Byte* y, co
 void ConvertYuv420ToRgb24(Byte* dst, std::int32_t dst_stride, const Byte* y, const Byte* u,
                           const Byte* v, std::int32_t y_stride, std::int32_t chroma_stride,
                           std::int32_t width, std::int32_t height) {
-    Convert420<Bgr, TwoPlanes>(dst, dst_stride, y, u, v, y_stride, chroma_stride, width, height);
+    Convert420<3, TwoPlanes>(dst, dst_stride, y, u, v, y_stride, chroma_stride, width, height);
 }
 
 void ConvertYuv420ToRgb32(Byte* dst, std::int32_t dst_stride, const Byte* y, const Byte* u,
                           const Byte* v, std::int32_t y_stride, std::int32_t chroma_stride,
                           std::int32_t width, std::int32_t height) {
-    Convert420<Bgr0, TwoPlanes>(dst, dst_stride, y, u, v, y_stride, chroma_stride, width, height);
+    Convert420<4, TwoPlanes>(dst, dst_stride, y, u, v, y_stride, chroma_stride, width, height);
 }
 
 void ConvertNv12ToRgb32(Byte* dst, std::int32_t dst_stride, const Byte* y, const Byte* uv,
                         std::int32_t y_stride, std::int32_t uv_stride, std::int32_t width,
                         std::int32_t height) {
-    Convert420<Bgr0, OnePlane>(dst, dst_stride, y, uv, uv, y_stride, uv_stride, width, height);
+    Convert420<4, OnePlane>(dst, dst_stride, y, uv, uv, y_stride, uv_stride, width, height);
 }
 
-// One pixel at a time in plain integers, which the compiler spreads over the registers of the
+// One pixel at a time, each a 32-bit integer, which the compiler spreads over the registers of the
 // build.
 void ConvertAyuv32ToRgb32(Byte* dst, std::int32_t dst_stride, const Byte* src,
                           std::int32_t src_stride, std::int32_t width, std::int32_t height) {
     const Coefficients<Pair> k;
     ForRows(dst, dst_stride, src, src_stride, height,
             [=](Byte* to, const Byte* from) PXB_INLINE_LAMBDA {
-                for (std::int32_t x = 0; x < width; ++x, to += 4, from += 4) {
-                    const Chroma<Pair> chroma(Pair::UvFor<0>({from[2], from[3]}), k);
-                    const auto pixel = Shade<Pair>(Pair::MulEven({from[1], 0}, k.y), chroma, k);
-                    Pair::Store(to, Pair::Narrow(pixel.blue, pixel.green));
-                    Pair::Store(to + 2, {Pair::Narrow(pixel.red, 0).even, from[0]});
+                for (std::int32_t x = 0; x < width; ++x) {
+                    std::uint32_t ayuv;
+                    __builtin_memcpy(&ayuv, from + 4 * x, 4);
+                    const auto byte = [=](int i) PXB_INLINE_LAMBDA {
+                        return static_cast<int>(ayuv >> 8 * i & 0xFF);
+                    };
+                    const Chroma<Pair> chroma(Pair::UvFor<4>({byte(2), byte(3)}), k);
+                    const auto pixel = Shade<Pair>(Pair::MulEven({byte(1), 0}, k.y), chroma, k);
+                    const auto [b, g] = Pair::Narrow(pixel.blue, pixel.green);
+                    const auto [r, none] = Pair::Narrow(pixel.red, 0);
+                    const std::uint32_t bgra =
+                        static_cast<std::uint32_t>(b | g << 8 | r << 16) | ayuv << 24;
+                    __builtin_memcpy(to + 4 * x, &bgra, 4);
                 }
             });
 }
 
 void ConvertYuy2ToRgb32(Byte* dst, std::int32_t dst_stride, const Byte* src,
                         std::int32_t src_stride, std::int32_t width, std::int32_t height) {
-    const Coefficients<Wide> wide;
-    const Coefficients<Pair> pair;
-    ForDriftingRows<4, 2>(dst, dst_stride, src, src_stride, width, height,
-                          [&](Byte* d, const Byte* s) PXB_INLINE_LAMBDA {
-                              const int x = ConvertYuy2Row<Wide, Bgr0>(d, s, 0, width, wide);
-                              ConvertYuy2Row<Pair, Bgr0>(d, s, x, width, pair);
-                          });
-    Wide::Leave();
+    ConvertYuy2<4>(dst, dst_stride, src, src_stride, width, height, width);
 }
 
-void ConvertYuy2RowToRgb24(Byte* dst, const Byte* src, std::int32_t width) {
-    const int x = ConvertYuy2Row<Wide, Bgr>(dst, src, 0, width, Coefficients<Wide>());
-    ConvertYuy2Row<Pair, Bgr>(dst, src, x, width, Coefficients<Pair>());
-    Wide::Leave();
+void ConvertYuy2RunToRgb24(Byte* dst, std::int32_t dst_stride, const Byte* src,
+                           std::int32_t src_stride, std::int32_t width, std::int32_t height) {
+    ConvertYuy2<3>(dst, dst_stride, src, src_stride, width, height, width / 16 * 16);
 }
 
 void ConvertYuv422ToRgb24(std::int32_t width, Byte* dst, std::int32_t dst_stride, const Byte* y,
                           std::int32_t y_stride, const Byte* u, const Byte* v,
                           std::int32_t chroma_advance, std::int32_t height) {
-    const Coefficients<Wide> wide;
-    const Coefficients<Pair> pair;
-    ForRowsOf422<3>(width, dst, dst_stride, y, y_stride, u, v, chroma_advance, height,
-                    [&](Byte* d, const Byte* py, const Byte* pu, const Byte* pv) PXB_INLINE_LAMBDA {
-                        const int x = Convert422Row<Wide, Bgr>(d, py, pu, pv, 0, width, wide);
-                        Convert422Row<Pair, Bgr>(d, py, pu, pv, x, width, pair);
-                    });
-    Wide::Leave();
+    const AllCoefficients k;
+    const Writer write(width, height);
+    ForRowsOf422<3>(
+        width, dst, dst_stride, y, y_stride, u, v, chroma_advance, height,
+        [&](Byte* to, const Byte* py, const Byte* pu, const Byte* pv) PXB_INLINE_LAMBDA {
+            write.To(to).ForPixels(width, [&]<class V>(std::ptrdiff_t x) PXB_INLINE_LAMBDA {
+                const auto pairs = V::LoadPairs(pu + x / 2, pv + x / 2);
+                ShadePlanar<3, V>(to + 3 * x, py + x, Chroma<V>(V::template UvFor<3>(pairs), k), k);
+            });
+        });
 }
 
 }  // namespace pxb::PXB_TARGET

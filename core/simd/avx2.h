@@ -5,10 +5,13 @@
 #include <immintrin.h>
 
 #include "core/rows.h"
+#include "core/simd/stores.h"
 
 namespace pxb::PXB_TARGET {
 
-struct Wide {
+template <Stores kStores>
+struct Avx2 {
+    static constexpr bool kStreams = kStores == Stores::kStreamed;
     static constexpr int kPixels = 32;
     static constexpr int kBgr0 = 4;
     struct Bytes {
@@ -269,10 +272,13 @@ struct Wide {
     static PXB_INLINE Words ShiftRight(Words a) {
         return {_mm256_srai_epi16(a.all, kBits)};
     }
-    static PXB_INLINE void Leave() {}
+    static PXB_INLINE void Leave() {
+        if (kStreams) _mm_sfence();
+    }
 
   private:
     static PXB_INLINE __m256i LoadAll(const Byte* src) {
+        if (kStreams) PrefetchAhead(src);
         return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(src));
     }
     // StoreBgr0 wants dealt lanes; Gather undoes it.
@@ -299,6 +305,7 @@ struct Wide {
         return _mm256_permute4x64_epi64(a, _MM_SHUFFLE(3, 1, 2, 0));
     }
     static PXB_INLINE __m128i LoadBlock(const Byte* src) {
+        if (kStreams) PrefetchAhead(src);
         return _mm_loadu_si128(reinterpret_cast<const __m128i*>(src));
     }
     static PXB_INLINE Uv Signed(__m256i uv) {
@@ -310,10 +317,16 @@ struct Wide {
             a, TwiceInBlocks(0, 2, 4, 6, 8, 10, 12, 14, 1, 3, 5, 7, 9, 11, 13, 15));
     }
     static PXB_INLINE void StoreBlock(Byte* dst, __m128i a) {
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(dst), a);
+        if (kStreams)
+            _mm_stream_si128(reinterpret_cast<__m128i*>(dst), a);
+        else
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(dst), a);
     }
     static PXB_INLINE void StoreAll(Byte* dst, __m256i a) {
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst), a);
+        if (kStreams)
+            _mm256_stream_si256(reinterpret_cast<__m256i*>(dst), a);
+        else
+            _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst), a);
     }
     template <class... Index>
     static PXB_INLINE __m256i TwiceInBlocks(Index... index) {

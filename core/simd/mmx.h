@@ -6,7 +6,8 @@
 
 namespace pxb::PXB_TARGET {
 
-struct Wide {
+struct Mmx {
+    static constexpr bool kStreams = false;
     static constexpr int kPixels = 8;
     struct Bytes {
         __m64 all;

@@ -6,6 +6,7 @@
 namespace pxb::PXB_TARGET {
 
 struct Pair {
+    static constexpr bool kStreams = false;
     static constexpr int kPixels = 2;
     using Words = int;
     struct Bytes {

@@ -6,7 +6,8 @@
 
 namespace pxb::PXB_TARGET {
 
-struct Wide {
+struct Sse2 {
+    static constexpr bool kStreams = false;
     static constexpr int kPixels = 16;
     struct Bytes {
         __m128i all;

@@ -1,7 +1,7 @@
-// Wide: the widest registers of the instruction set that a kernel file is being compiled for; Pair:
-// two pixels in plain integers, which finish each row with the same arithmetic. Both offer the same
-// operations. `Bytes` holds kPixels samples, `Words` half as many signed 16-bit lanes, and `Pixels`
-// kPixels 32-bit lanes B G R X.
+// The register widths of the instruction set that a kernel file is being compiled for, widest first.
+// The last is Pair, two pixels in plain integers: each width goes on with a row where the one before
+// it no longer fits. All offer the same operations. `Bytes` holds kPixels samples, `Words` half as
+// many signed 16-bit lanes, and `Pixels` kPixels 32-bit lanes B G R X.
 //
 // Set(n) Factor(n)           n in every lane of Words. Factor hides the value from the optimiser,
 //                            which otherwise turns products into shifts and adds
@@ -27,21 +27,89 @@
 // NarrowByte<k>              byte k of each lane of Pixels
 // Add Sub AddSaturated       on Words
 // ShiftRight<n>              on Words, arithmetic
-// Leave                      at the end of each kernel: MMX hands the floating-point registers back
 //
 // No operation touches memory outside its pixels.
 #pragma once
 
 #include "core/simd/pair.h"
+#include "core/simd/stores.h"
 
 #if defined(PXB_TARGET_MMX)
 #include "core/simd/mmx.h"
+#define PXB_WIDTHS Mmx, Pair
 #elif defined(PXB_TARGET_SSE2)
 #include "core/simd/sse2.h"
+#define PXB_WIDTHS Sse2, Pair
 #elif defined(PXB_TARGET_AVX2)
 #include "core/simd/avx2.h"
+#define PXB_WIDTHS Avx2<Stores::kStreamed>, Avx2<Stores::kCached>, Pair
+#elif defined(PXB_TARGET_AVX512)
+#include "core/simd/avx2.h"
+#include "core/simd/avx512.h"
+#define PXB_WIDTHS Avx512<Stores::kStreamed>, Avx512<Stores::kCached>, Avx2<Stores::kCached>, Pair
 #elif defined(PXB_TARGET_PAIRWISE)
-namespace pxb::PXB_TARGET {
-using Wide = Pair;
-}
+#define PXB_WIDTHS Pair
 #endif
+
+namespace pxb::PXB_TARGET {
+
+// The register widths for the rows at hand, with or without those that stream.
+template <class... Width>
+class WidthsOf {
+  public:
+    explicit PXB_INLINE WidthsOf(bool streams) : streams_(streams) {}
+
+    // Calls step<V>(x) for V::kPixels pixels at a time, from x = 0 on. Returns the number of pixels
+    // done: all `end` of them but an odd last one.
+    template <class Step>
+    PXB_INLINE std::ptrdiff_t ForPixels(std::ptrdiff_t end, const Step& step) const {
+        std::ptrdiff_t x = 0;
+        ((x = StepWhileFits<Width>(x, end, step)), ...);
+        return x;
+    }
+
+    PXB_INLINE void Leave() const { (LeaveWidth<Width>(), ...); }
+
+  private:
+    template <class V>
+    PXB_INLINE bool IsUsed() const {
+        return streams_ || !V::kStreams;
+    }
+    template <class V, class Step>
+    PXB_INLINE std::ptrdiff_t StepWhileFits(std::ptrdiff_t x, std::ptrdiff_t end,
+                                            const Step& step) const {
+        if (!IsUsed<V>()) return x;
+        for (; x + V::kPixels <= end; x += V::kPixels) step.template operator()<V>(x);
+        return x;
+    }
+    template <class V>
+    PXB_INLINE void LeaveWidth() const {
+        if (IsUsed<V>()) V::Leave();
+    }
+
+    bool streams_;
+};
+
+using Widths = WidthsOf<PXB_WIDTHS>;
+
+// Lives as long as a kernel writes an image of this size.
+class Writer {
+  public:
+    PXB_INLINE Writer(std::int64_t width, std::int64_t height)
+        : streams_(width * height >= kStreamedFromPixels ||
+                   width * height <= -kStreamedFromPixels) {}
+    PXB_INLINE ~Writer() { Widths(streams_).Leave(); }
+    Writer(const Writer&) = delete;
+    Writer& operator=(const Writer&) = delete;
+
+    // For steps that write to these rows, V::kPixels pixels to each.
+    template <class... Row>
+    PXB_INLINE Widths To(Row*... rows) const {
+        return Widths(streams_ && (IsStreamable(rows) && ...));
+    }
+
+  private:
+    bool streams_;
+};
+
+}  // namespace pxb::PXB_TARGET

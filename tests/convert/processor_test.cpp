@@ -22,7 +22,10 @@ TEST(Processor, ProbeKeepsTenBits) {
     if (highest_extended != 0x80000000) {
         EXPECT_EQ(found.features & 0xC0400000, 0u);
     }
-    EXPECT_EQ(found.wide, __builtin_cpu_supports("avx2") ? kAvx2 : 0u);
+    const bool avx512 = __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl") &&
+                        __builtin_cpu_supports("avx512vbmi") &&
+                        __builtin_cpu_supports("avx512vnni");
+    EXPECT_EQ(found.wide, (__builtin_cpu_supports("avx2") ? kAvx2 : 0u) | (avx512 ? kAvx512 : 0u));
     EXPECT_EQ(ProcessorFeatures(), found.features);
     EXPECT_EQ(WideFeatures(), found.wide);
 }

@@ -21,6 +21,7 @@ TEST(RgbCopies, EveryKernelGivesTheBytesOfTheReference) {
     PXB_LIST(mmx);
     PXB_LIST(sse2);
     PXB_LIST(avx2);
+    PXB_LIST(avx512);
 #undef PXB_LIST
     list("any", {PXB_RGB24, PXB_RGB24}, CopyRgb24);
     list("any", {PXB_RGB32, PXB_RGB32}, CopyRgb32);

@@ -48,14 +48,15 @@ TEST(RgbToYuv, EveryKernelGivesTheBytesOfTheReference) {
     list(#target, {PXB_RGB32, PXB_YV12}, target::ConvertRgb32ToYuv420); \
     list(#target, {PXB_RGB24, PXB_YUY2}, target::ConvertRgb24ToYuy2);   \
     list(#target, {PXB_RGB32, PXB_YUY2}, target::ConvertRgb32ToYuy2);   \
-    list(#target, {PXB_RGB32, PXB_NV12}, target::ConvertRgb32ToNv12)
+    list(#target, {PXB_RGB32, PXB_NV12}, target::ConvertRgb32ToNv12);   \
+    list(#target, {PXB_RGB32, PXB_AYUV32}, target::ConvertRgb32ToAyuv32)
     PXB_LIST(plain);
     PXB_LIST(pairwise);
     PXB_LIST(mmx);
     PXB_LIST(sse2);
     PXB_LIST(avx2);
+    PXB_LIST(avx512);
 #undef PXB_LIST
-    list("any", {PXB_RGB32, PXB_AYUV32}, ConvertRgb32ToAyuv32);
     ExpectTheReference(kernels);
 }
 

@@ -9,6 +9,7 @@ constexpr Variant kAll[] = {
     {"mmx", {kMmx, 0}, ::Processor::kMmx},
     {"sse2", {kAllSse, 0}, ::Processor::kSse2},
     {"avx2", {kAllSse, kAvx2}, ::Processor::kSse2},
+    {"avx512", {kAllSse, kAvx2 | kAvx512}, ::Processor::kSse2},
 };
 
 bool IsRunnable(const Variant& variant) {

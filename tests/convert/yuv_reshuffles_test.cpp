@@ -22,6 +22,7 @@ TEST(YuvReshuffles, EveryKernelGivesTheBytesOfTheReference) {
     PXB_LIST(mmx);
     PXB_LIST(sse2);
     PXB_LIST(avx2);
+    PXB_LIST(avx512);
 #undef PXB_LIST
     list("any", {PXB_YUY2, PXB_YUY2}, Flips::kSource, CopyYuy2);
     list("any", {PXB_I420, PXB_YV12}, Flips::kNeither, CopyYuv420ToYv12);

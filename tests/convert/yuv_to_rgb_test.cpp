@@ -25,6 +25,7 @@ std::vector<ListedKernel> YuvToRgbKernels() {
     PXB_LIST(mmx);
     PXB_LIST(sse2);
     PXB_LIST(avx2);
+    PXB_LIST(avx512);
 #undef PXB_LIST
     list("any", {PXB_YUY2, PXB_RGB24}, Flips::kSource, ConvertYuy2ToRgb24);
     return kernels;

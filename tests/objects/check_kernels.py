@@ -1,7 +1,7 @@
 """usage: check_kernels.py --nm NM --objdump OBJDUMP --bits 32|64 INSTRUCTION_SET OBJECT...
 
-Object files compiled for one instruction set (baseline, pairwise, mmx, sse2, avx2) use no registers
-or instructions beyond it. Those of the kernels moreover define no symbol that code for other
+Object files compiled for one instruction set (baseline, pairwise, mmx, sse2, avx2, avx512) use no
+registers or instructions beyond it. Those of the kernels moreover define no symbol that code for other
 processors could pick up: the linker keeps one copy of an inline function for everybody, and that
 could be the AVX2 one. They also run nothing at load time, before the processor is known."""
 import argparse

@@ -13,7 +13,7 @@ from typing import Iterator
 from binary import Binary
 from registers import complaint, namespace_of
 
-WIDE = {"mmx", "sse2", "avx2"}
+WIDE = {"mmx", "sse2", "avx2", "avx512"}
 SYSTEM_LIBRARIES = r"(?i:kernel32|msvcrt)\.dll|lib[cm]\.so\.6|ld-linux(-x86-64)?\.so\.2"
 
 

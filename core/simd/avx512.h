@@ -1,0 +1,312 @@
+// AVX-512 with its byte permutations and dot products: 64 pixels, 512-bit registers. Bytes move
+// across the whole register in one step, and pixels are weighed as they lie in memory.
+#pragma once
+#include <immintrin.h>
+
+#include <utility>
+
+#include "core/rows.h"
+#include "core/simd/stores.h"
+
+namespace pxb::PXB_TARGET {
+
+template <Stores kStores>
+struct Avx512 {
+    static constexpr bool kStreams = kStores == Stores::kStreamed;
+    static constexpr int kPixels = 64;
+    static constexpr int kBgr0 = 4;
+    struct Bytes {
+        __m512i all;
+    };
+    struct Words {
+        __m512i all;
+    };
+    struct Pixels {
+        __m512i quarter[4];  // 16 pixels each
+    };
+    using Rgb = Pixels;
+    template <int kRows>
+    struct Sums {
+        __m512i quarter[4];  // a 32-bit lane for each column
+    };
+    struct Uv {
+        __m512i all;  // signed bytes u, v in each 16-bit lane
+    };
+    struct Weights {
+        __m512i all;  // unsigned bytes in the order of Uv
+    };
+    struct Yuy2 {
+        Bytes low, high;
+        Uv uv_low, uv_high;
+    };
+
+    static PXB_INLINE Words Set(int value) {
+        return {_mm512_set1_epi16(static_cast<short>(value))};
+    }
+    static PXB_INLINE Words Factor(int value) {
+        Words words = Set(value);
+        __asm__("" : "+v"(words.all));
+        return words;
+    }
+
+    static PXB_INLINE Bytes Load(const Byte* src) { return {LoadAll(src)}; }
+    // StoreBgr0 wants lanes "dealt": groups of four pixels in the four 128-bit blocks in turn.
+    template <int kStore>
+    static PXB_INLINE Bytes LoadFor(const Byte* src) {
+        return {Deal<kStore>(LoadAll(src))};
+    }
+    static PXB_INLINE Bytes LoadPairs(const Byte* u, const Byte* v) {
+        return {Pick(LoadHalf(u), LoadHalf(v),
+                     [](int i) PXB_INLINE_LAMBDA { return i / 2 + i % 2 * 64; })};
+    }
+    template <int kStore>
+    static PXB_INLINE Uv UvFor(Bytes pairs) {
+        return Signed(Deal<kStore>(pairs.all));
+    }
+    // Narrow puts 8 pixels of `low` and 8 of `high` into each 128-bit block.
+    template <int kStore>
+    static PXB_INLINE Yuy2 LoadYuy2For(const Byte* src) {
+        const __m512i a = LoadAll(src), b = LoadAll(src + 64);
+        if constexpr (kStore == kBgr0) {
+            const __m512i deal = _mm512_setr_epi64(0, 4, 1, 5, 2, 6, 3, 7);
+            return SpreadUv(_mm512_permutexvar_epi64(deal, a), _mm512_permutexvar_epi64(deal, b));
+        } else {
+            return SpreadUv(_mm512_shuffle_i64x2(a, b, _MM_SHUFFLE(2, 0, 2, 0)),
+                            _mm512_shuffle_i64x2(a, b, _MM_SHUFFLE(3, 1, 3, 1)));
+        }
+    }
+    // The last quarter is loaded 16 bytes early, so that nothing behind the pixels is read.
+    static PXB_INLINE Pixels LoadBgr(const Byte* src) {
+        const auto widen = [](int i) PXB_INLINE_LAMBDA { return i / 4 * 3 + i % 4; };
+        const __mmask64 samples = 0x7777777777777777;
+        Pixels pixels;
+        for (int i = 0; i < 3; ++i)
+            pixels.quarter[i] =
+                _mm512_maskz_permutexvar_epi8(samples, Indices(widen), LoadAll(src + 48 * i));
+        pixels.quarter[3] = _mm512_maskz_permutexvar_epi8(
+            samples, Indices([=](int i) PXB_INLINE_LAMBDA { return widen(i) + 16; }),
+            LoadAll(src + 128));
+        return pixels;
+    }
+    static PXB_INLINE Pixels LoadBgrx(const Byte* src) {
+        return {{LoadAll(src), LoadAll(src + 64), LoadAll(src + 128), LoadAll(src + 192)}};
+    }
+    template <int kBytesPerPixel>
+    static PXB_INLINE Rgb LoadRgb(const Byte* src) {
+        if constexpr (kBytesPerPixel == 3)
+            return LoadBgr(src);
+        else
+            return LoadBgrx(src);
+    }
+
+    static PXB_INLINE void Store(Byte* dst, Bytes a) { StoreAll(dst, a.all); }
+    static PXB_INLINE void StoreBgr(Byte* dst, const Pixels& a) {
+        StoreAll(dst, Squeeze<0>(a));
+        StoreAll(dst + 64, Squeeze<1>(a));
+        StoreAll(dst + 128, Squeeze<2>(a));
+    }
+    static PXB_INLINE void StoreBgrx(Byte* dst, const Pixels& a) {
+        for (int i = 0; i < 4; ++i) StoreAll(dst + 64 * i, a.quarter[i]);
+    }
+    // A permutation puts each sample into its place in one of the three outputs; blends gather them.
+    static PXB_INLINE void StoreBgr(Byte* dst, Bytes b, Bytes g, Bytes r) {
+        const __m512i bs = Place<0>(b.all), gs = Place<1>(g.all), rs = Place<2>(r.all);
+        const __mmask64 second = 0x2492492492492492, third = 0x4924924924924924;
+        const auto gather = [&](__m512i x, __m512i y, __m512i z) PXB_INLINE_LAMBDA {
+            return _mm512_mask_blend_epi8(third, _mm512_mask_blend_epi8(second, x, y), z);
+        };
+        StoreAll(dst, gather(bs, gs, rs));
+        StoreAll(dst + 64, gather(gs, rs, bs));
+        StoreAll(dst + 128, gather(rs, bs, gs));
+    }
+    static PXB_INLINE void StoreBgr0(Byte* dst, Bytes b, Bytes g, Bytes r) {
+        const __m512i zero = _mm512_setzero_si512();
+        const __m512i bg_low = _mm512_unpacklo_epi8(b.all, g.all);
+        const __m512i bg_high = _mm512_unpackhi_epi8(b.all, g.all);
+        const __m512i r0_low = _mm512_unpacklo_epi8(r.all, zero);
+        const __m512i r0_high = _mm512_unpackhi_epi8(r.all, zero);
+        StoreAll(dst, _mm512_unpacklo_epi16(bg_low, r0_low));
+        StoreAll(dst + 64, _mm512_unpackhi_epi16(bg_low, r0_low));
+        StoreAll(dst + 128, _mm512_unpacklo_epi16(bg_high, r0_high));
+        StoreAll(dst + 192, _mm512_unpackhi_epi16(bg_high, r0_high));
+    }
+
+    static PXB_INLINE void StorePairs(Byte* u, Byte* v, Bytes pairs) {
+        const __m512i split = _mm512_permutexvar_epi8(
+            Indices([](int i) PXB_INLINE_LAMBDA { return i % 32 * 2 + i / 32; }), pairs.all);
+        StoreHalf(u, _mm512_castsi512_si256(split));
+        StoreHalf(v, _mm512_extracti64x4_epi64(split, 1));
+    }
+    static PXB_INLINE void StoreYuy2(Byte* dst, Bytes luma, Bytes pairs) {
+        const auto interleave = [](int i) PXB_INLINE_LAMBDA { return i / 2 + i % 2 * 64; };
+        StoreAll(dst, Pick(luma.all, pairs.all, interleave));
+        StoreAll(dst + 64, Pick(luma.all, pairs.all,
+                                [=](int i) PXB_INLINE_LAMBDA { return interleave(i) + 32; }));
+    }
+
+    static PXB_INLINE Bytes Evens(Bytes a, Bytes b) {
+        return {Pick(a.all, b.all, [](int i) PXB_INLINE_LAMBDA { return 2 * i; })};
+    }
+    static PXB_INLINE Bytes Odds(Bytes a, Bytes b) {
+        return {Pick(a.all, b.all, [](int i) PXB_INLINE_LAMBDA { return 2 * i + 1; })};
+    }
+    static PXB_INLINE Bytes Average(Bytes a, Bytes b) { return {_mm512_avg_epu8(a.all, b.all)}; }
+
+    // The weight of G may be more than a signed byte holds: it is added in two halves.
+    template <int kB, int kG, int kR, int kOffset>
+    static PXB_INLINE Bytes WeighBgr(const Rgb& a) {
+        const __m512i offset = _mm512_set1_epi32(kOffset << 8);
+        Pixels sums;
+        for (int i = 0; i < 4; ++i)
+            sums.quarter[i] =
+                Dot<0, kG - kG / 2, 0>(Dot<kB, kG / 2, kR>(offset, a.quarter[i]), a.quarter[i]);
+        return NarrowByte<1>(sums);
+    }
+    template <int kB, int kG, int kR>
+    static PXB_INLINE Sums<1> WeighPairs(const Rgb& a) {
+        Sums<1> sums;
+        for (int i = 0; i < 4; ++i)
+            sums.quarter[i] = Dot<kB, kG, kR>(_mm512_setzero_si512(), a.quarter[i]);
+        return sums;
+    }
+    template <int kB, int kG, int kR>
+    static PXB_INLINE Sums<2> WeighPairs(const Rgb& a, const Rgb& b) {
+        const Sums<1> above = WeighPairs<kB, kG, kR>(a);
+        Sums<2> sums;
+        for (int i = 0; i < 4; ++i)
+            sums.quarter[i] = Dot<kB, kG, kR>(above.quarter[i], b.quarter[i]);
+        return sums;
+    }
+    template <int kRows>
+    static PXB_INLINE Bytes PairUp(const Sums<kRows>& u, const Sums<kRows>& v) {
+        Pixels pairs;
+        for (int i = 0; i < 4; ++i) {
+            const __m512i even =
+                _mm512_mask_shuffle_epi32(u.quarter[i], 0xAAAA, v.quarter[i], _MM_PERM_CDAB);
+            const __m512i odd =
+                _mm512_mask_shuffle_epi32(v.quarter[i], 0x5555, u.quarter[i], _MM_PERM_CDAB);
+            pairs.quarter[i] = _mm512_srli_epi32(_mm512_add_epi32(even, odd), kRows - 1);
+        }
+        const __m512i half = _mm512_set1_epi8(static_cast<char>(128));
+        return {_mm512_xor_si512(NarrowByte<1>(pairs).all, half)};
+    }
+
+    static PXB_INLINE Weights FactorU(int u) { return FactorUv(u, 0); }
+    static PXB_INLINE Weights FactorV(int v) { return FactorUv(0, v); }
+    static PXB_INLINE Weights FactorUv(int u, int v) { return {Factor(u | v << 8).all}; }
+    static PXB_INLINE Words Weigh(Uv uv, Weights weights) {
+        return {_mm512_maddubs_epi16(weights.all, uv.all)};
+    }
+    static PXB_INLINE Words MulEven(Bytes a, Words factor) {
+        return {_mm512_maddubs_epi16(a.all, factor.all)};
+    }
+    static PXB_INLINE Words MulOdd(Bytes a, Words factor) {
+        return {_mm512_maddubs_epi16(a.all, _mm512_slli_epi16(factor.all, 8))};
+    }
+    static PXB_INLINE Bytes Join(Words even, Words odd) {
+        return {_mm512_shuffle_epi8(Narrow(even, odd).all, Indices([](int i) PXB_INLINE_LAMBDA {
+                                        return i % 16 / 2 + i % 2 * 8;
+                                    }))};
+    }
+    static PXB_INLINE Bytes Narrow(Words low, Words high) {
+        return {_mm512_packus_epi16(low.all, high.all)};
+    }
+    template <int kByte>
+    static PXB_INLINE Bytes NarrowByte(const Pixels& a) {
+        const auto byte = [](int i) PXB_INLINE_LAMBDA { return i % 32 * 4 + kByte; };
+        const __m512i low = Pick(a.quarter[0], a.quarter[1], byte);
+        const __m512i high = Pick(a.quarter[2], a.quarter[3], byte);
+        return {_mm512_mask_blend_epi64(0xF0, low, high)};
+    }
+
+    static PXB_INLINE Words Add(Words a, Words b) { return {_mm512_add_epi16(a.all, b.all)}; }
+    static PXB_INLINE Words Sub(Words a, Words b) { return {_mm512_sub_epi16(a.all, b.all)}; }
+    static PXB_INLINE Words AddSaturated(Words a, Words b) {
+        return {_mm512_adds_epi16(a.all, b.all)};
+    }
+    template <int kBits>
+    static PXB_INLINE Words ShiftRight(Words a) {
+        return {_mm512_srai_epi16(a.all, kBits)};
+    }
+    static PXB_INLINE void Leave() {
+        if (kStreams) _mm_sfence();
+    }
+
+  private:
+    static PXB_INLINE __m512i LoadAll(const Byte* src) {
+        if (kStreams) PrefetchAhead(src);
+        return _mm512_loadu_si512(src);
+    }
+    static PXB_INLINE __m512i LoadHalf(const Byte* src) {
+        if (kStreams) PrefetchAhead(src);
+        return _mm512_castsi256_si512(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(src)));
+    }
+    static PXB_INLINE void StoreAll(Byte* dst, __m512i a) {
+        if (kStreams)
+            _mm512_stream_si512(reinterpret_cast<__m512i*>(dst), a);
+        else
+            _mm512_storeu_si512(dst, a);
+    }
+    static PXB_INLINE void StoreHalf(Byte* dst, __m256i a) {
+        if (kStreams)
+            _mm256_stream_si256(reinterpret_cast<__m256i*>(dst), a);
+        else
+            _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst), a);
+    }
+
+    // The constant whose byte i is at(i).
+    template <class At>
+    static PXB_INLINE __m512i Indices(At at) {
+        return [=]<int... i>(std::integer_sequence<int, i...>) PXB_INLINE_LAMBDA {
+            return _mm512_set_epi8(static_cast<char>(at(63 - i))...);
+        }
+        (std::make_integer_sequence<int, 64>());
+    }
+    // Byte i of the result is byte at(i) of a (0 to 63) or b (64 to 127).
+    template <class At>
+    static PXB_INLINE __m512i Pick(__m512i a, __m512i b, At at) {
+        return _mm512_permutex2var_epi8(a, Indices(at), b);
+    }
+    template <int kStore>
+    static PXB_INLINE __m512i Deal(__m512i a) {
+        if (kStore != kBgr0) return a;
+        return _mm512_permutexvar_epi32(
+            _mm512_setr_epi32(0, 4, 8, 12, 1, 5, 9, 13, 2, 6, 10, 14, 3, 7, 11, 15), a);
+    }
+    // Bytes 64 k to 64 k + 63 of the pixels without X. They come from quarters k and k + 1.
+    template <int k>
+    static PXB_INLINE __m512i Squeeze(const Pixels& a) {
+        return Pick(a.quarter[k], a.quarter[k + 1], [](int i) PXB_INLINE_LAMBDA {
+            const int byte = 64 * k + i;
+            return byte / 3 * 4 + byte % 3 - 64 * k;
+        });
+    }
+    // Sample i of a channel belongs into byte 3 i + channel of 192, here modulo 64.
+    template <int kChannel>
+    static PXB_INLINE __m512i Place(__m512i a) {
+        return _mm512_permutexvar_epi8(Indices([](int i) PXB_INLINE_LAMBDA {
+                                           while (i % 3 != kChannel) i += 64;
+                                           return i / 3;
+                                       }),
+                                       a);
+    }
+    template <int kB, int kG, int kR>
+    static PXB_INLINE __m512i Dot(__m512i sum, __m512i pixels) {
+        static_assert(kB < 128 && kG < 128 && kR < 128);
+        const int weights = (kB & 0xFF) | (kG & 0xFF) << 8 | (kR & 0xFF) << 16;
+        return _mm512_dpbusd_epi32(sum, pixels, _mm512_set1_epi32(weights));
+    }
+    static PXB_INLINE Uv Signed(__m512i uv) {
+        return {_mm512_xor_si512(uv, _mm512_set1_epi8(static_cast<char>(0x80)))};
+    }
+    static PXB_INLINE Yuy2 SpreadUv(__m512i low, __m512i high) {
+        const __m512i twice =
+            Indices([](int i) PXB_INLINE_LAMBDA { return i % 16 / 4 * 4 + i % 2 * 2 + 1; });
+        return {{low},
+                {high},
+                Signed(_mm512_shuffle_epi8(low, twice)),
+                Signed(_mm512_shuffle_epi8(high, twice))};
+    }
+};
+
+}  // namespace pxb::PXB_TARGET
