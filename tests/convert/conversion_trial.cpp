@@ -33,12 +33,13 @@ struct Visited {
 // The walk of one conversion: which pixels it visits, and where rows lean to the left.
 struct Walk {
     const ImageBuffer &dst, &src;
-    bool whole;  // odd columns and rows take part
+    bool grey, whole;  // whole: odd columns and rows take part
     Int width, height, columns, rows, group, lean;
 
     Walk(const ImageBuffer& dst_, const ImageBuffer& src_) : dst(dst_), src(src_) {
         const bool to_rgb = IsRgb(dst.format), from_rgb = IsRgb(src.format);
-        const bool grey = src.format == PXB_RGB8;
+        // Walked by the size of the source; rows of a destination of another width move.
+        grey = src.format == PXB_RGB8 || dst.format == PXB_RGB8;
         whole = (to_rgb && from_rgb) || grey || (Is420(dst.format) && Is420(src.format)) ||
                 (src.format == PXB_YUY2 && dst.format == PXB_YUY2) || src.format == PXB_AYUV32 ||
                 dst.format == PXB_AYUV32;
@@ -55,7 +56,7 @@ struct Walk {
         Int stride = image.stride;
         if (dst.format == PXB_YUV422 || (src.format == PXB_YUV422 && dst.format == PXB_YUY2))
             stride = bytes * columns;
-        if (src.format == PXB_RGB8 && &image == &dst) stride += bytes * (width - dst.width);
+        if (grey && &image == &dst) stride += bytes * (width - dst.width);
         Visited visited;
         for (Int row = 0; row < rows; ++row)
             visited.luma.Add(row * stride - row / group * lean * bytes, columns * bytes);
@@ -100,36 +101,23 @@ void MakeTall(ImageBuffer& planar, const Walk& walk) {
     planar.height = static_cast<int32_t>((gap + planar.stride - 1) / planar.stride);
 }
 
-void Place(ImageBuffer& image, const GuardedMemory& memory, const Visited& visited,
-           Placement placement, bool split) {
-    const Span all = visited.All();
-    if (all.IsEmpty())
-        image.data = memory.FirstEnd();
-    else if (placement == Placement::kFront)
-        image.data = memory.First() - all.first;
-    else
-        image.data = memory.FirstEnd() - (split ? visited.luma.end : all.end);
+// Equal sizes, a larger destination, or a larger source, in turn.
+Size Enlarged(Size size, int number, int turn) {
+    return number % 3 == turn ? Size{size.width + 1 + number % 4, size.height + 1 + number % 3}
+                              : size;
 }
 
 }  // namespace
 
-int BytesPerPixel(int format) {
-    switch (format) {
-        case PXB_RGB24:
-            return 3;
-        case PXB_RGB32:
-        case PXB_AYUV32:
-            return 4;
-        case PXB_YUY2:
-            return 2;
-        default:
-            return 1;
-    }
-}
-
 ImageBuffer Describe(PixelFormat format, Size size, int padding, bool bottom_up) {
     const int stride = BytesPerPixel(format) * size.width + padding;
     return {nullptr, 0, bottom_up ? -stride : stride, size.width, size.height, format, nullptr};
+}
+
+Reference ReferenceFor(::Processor processor) {
+    return [processor](const ImageBuffer& dst, const ImageBuffer& src) {
+        ConvertByReference(dst, src, processor);
+    };
 }
 
 ConversionTrial::ConversionTrial()
@@ -137,10 +125,10 @@ ConversionTrial::ConversionTrial()
     const std::vector<std::uint8_t> pixels = Noise(2 * GuardedMemory::kArea, 2);
     std::memcpy(src_memory_.First(), pixels.data(), GuardedMemory::kArea);
     std::memcpy(src_memory_.Second(), pixels.data() + GuardedMemory::kArea, GuardedMemory::kArea);
+    src_memory_.ForbidWriting();
 }
 
-testing::AssertionResult ConversionTrial::Run(ImageBuffer dst, ImageBuffer src, Placement placement,
-                                              ::Processor arithmetic, const Converter& convert) {
+void ConversionTrial::Place(ImageBuffer& dst, ImageBuffer& src, Placement placement) const {
     // A copy between planar images places the planes of the destination by the common height.
     bool split_src = placement == Placement::kSplit && Is420(src.format);
     bool split_dst = placement == Placement::kSplit && !split_src && Is420(dst.format);
@@ -149,9 +137,24 @@ testing::AssertionResult ConversionTrial::Run(ImageBuffer dst, ImageBuffer src, 
     if (split_src) MakeTall(src, Walk(dst, src));
     if (split_dst) MakeTall(dst, Walk(dst, src));
     const Walk walk(dst, src);
-    Place(src, src_memory_, walk.Of(src), placement, split_src);
-    Place(dst, dst_memory_, walk.Of(dst), placement, split_dst);
+    const auto place = [&](ImageBuffer& image, const GuardedMemory& memory, bool split) {
+        const Visited visited = walk.Of(image);
+        const Span all = visited.All();
+        if (all.IsEmpty())
+            image.data = memory.FirstEnd();
+        else if (placement == Placement::kFront)
+            image.data = memory.First() - all.first;
+        else
+            image.data = memory.FirstEnd() - (split ? visited.luma.end : all.end);
+    };
+    place(src, src_memory_, split_src);
+    place(dst, dst_memory_, split_dst);
+}
 
+testing::AssertionResult ConversionTrial::Compare(ImageBuffer dst, ImageBuffer src,
+                                                  Placement placement, const Reference& reference,
+                                                  const Converter& convert) {
+    Place(dst, src, placement);
     std::memcpy(expected_.data(), background_.data(), background_.size());
     std::uint8_t* const areas[] = {dst_memory_.First(), dst_memory_.Second()};
     const auto offset = [&](const std::uint8_t* p) { return p - dst_memory_.Base(); };
@@ -160,8 +163,8 @@ testing::AssertionResult ConversionTrial::Run(ImageBuffer dst, ImageBuffer src, 
 
     ImageBuffer expected = dst;
     expected.data = expected_.data() + offset(dst.data);
-    ConvertByReference(expected, src, arithmetic);
-    const int32_t result = convert(&dst, &src);
+    reference(expected, src);
+    const std::int32_t result = convert(&dst, &src);
     if (result != PXB_SUCCESS) return testing::AssertionFailure() << "result " << result;
 
     for (const std::uint8_t* area : areas) {
@@ -171,6 +174,32 @@ testing::AssertionResult ConversionTrial::Run(ImageBuffer dst, ImageBuffer src, 
         return testing::AssertionFailure() << "byte " << got - dst.data << " after the data is "
                                            << int{*got} << ", expected " << int{*want};
     }
+    return testing::AssertionSuccess();
+}
+
+testing::AssertionResult ConversionTrial::Run(FormatPair pair, const std::vector<int>& widths,
+                                              const Reference& reference,
+                                              const Converter& convert) {
+    const auto [from, to] = pair;
+    // Tight planar 4:2:2 has no rows to turn upside down, nor does its partner; 4:2:0 neither.
+    const bool has_422 = from == PXB_YUV422 || to == PXB_YUV422;
+    const auto can_turn = [&](PixelFormat f) { return !Is420(f) && !has_422; };
+    for (const int width : widths)
+        for (int height = 0; height <= 5; ++height)
+            for (const auto placement : {Placement::kFront, Placement::kBack, Placement::kSplit}) {
+                ++number_;
+                const Size size = {width, height};
+                const bool grey = from == PXB_RGB8 || to == PXB_RGB8;  // the source has to fit
+                const Size src_size = grey ? size : Enlarged(size, number_, 2);
+                const auto result = Compare(
+                    Describe(to, Enlarged(size, number_, 1), number_ % 5,
+                             can_turn(to) && number_ % 7 == 3),
+                    Describe(from, src_size, number_ % 4, can_turn(from) && number_ % 7 == 5),
+                    placement, reference, convert);
+                if (!result)
+                    return testing::AssertionFailure() << width << " x " << height << ", number "
+                                                       << number_ << ": " << result.message();
+            }
     return testing::AssertionSuccess();
 }
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 
 #if !defined(_WIN32)
@@ -24,58 +25,52 @@ void PrivilegedInstruction(void*) {
     __asm__ volatile("hlt");
 }
 
-// What the system does about a fault of this thread. On Linux the test has handlers of its own:
+// What the system does about a fault of this thread. On Linux the test has a handler of its own:
 // those that were there could be left from an earlier guarded call.
 #if defined(_WIN32)
-struct OwnHandlers {
-    OwnHandlers() {}
-};
-struct Handling {
-    void* registration;
-    Handling() { __asm__ volatile("movl %%fs:0, %0" : "=r"(registration)); }
-    bool operator==(const Handling& other) const { return registration == other.registration; }
+struct OwnHandling {
+    void* registration = Registration();
+    static void* Registration() {
+        void* first;
+        __asm__ volatile("movl %%fs:0, %0" : "=r"(first));
+        return first;
+    }
+    bool IsInPlace() const { return Registration() == registration; }
 };
 #else
-struct OwnHandlers {
-    struct sigaction illegal, segv;
-    OwnHandlers() {
+struct OwnHandling {
+    struct sigaction previous[2];
+    static constexpr int kSignals[] = {SIGILL, SIGSEGV};
+    static void Handle(int) { std::abort(); }
+    OwnHandling() {
         struct sigaction own = {};
-        own.sa_handler = [](int) { std::abort(); };
-        sigaction(SIGILL, &own, &illegal);
-        sigaction(SIGSEGV, &own, &segv);
+        own.sa_handler = Handle;
+        for (int i = 0; i < 2; ++i) sigaction(kSignals[i], &own, &previous[i]);
     }
-    ~OwnHandlers() {
-        sigaction(SIGILL, &illegal, nullptr);
-        sigaction(SIGSEGV, &segv, nullptr);
+    ~OwnHandling() {
+        for (int i = 0; i < 2; ++i) sigaction(kSignals[i], &previous[i], nullptr);
     }
-};
-struct Handling {
-    struct sigaction illegal, segv;
-    sigset_t blocked;
-    Handling() {
-        sigaction(SIGILL, nullptr, &illegal);
-        sigaction(SIGSEGV, nullptr, &segv);
+    static bool IsInPlace() {
+        sigset_t blocked;
         sigprocmask(SIG_BLOCK, nullptr, &blocked);
-    }
-    bool operator==(const Handling& other) const {
-        return illegal.sa_handler == other.illegal.sa_handler &&
-               segv.sa_handler == other.segv.sa_handler &&
-               sigismember(&blocked, SIGILL) == sigismember(&other.blocked, SIGILL) &&
-               sigismember(&blocked, SIGSEGV) == sigismember(&other.blocked, SIGSEGV);
+        return std::all_of(kSignals, kSignals + 2, [&](int signal) {
+            struct sigaction now;
+            sigaction(signal, nullptr, &now);
+            return now.sa_handler == Handle && !sigismember(&blocked, signal);
+        });
     }
 };
 #endif
 
 TEST(GuardedCall, SurvivesFaultsAndLeavesNothingBehind) {
-    const OwnHandlers own;
-    const Handling before;
+    const OwnHandling own;
     int calls = 0;
     for (int i = 0; i < 100; ++i) {
         ASSERT_TRUE(RunGuarded(Clean, &calls));
-        ASSERT_TRUE(Handling() == before);
+        ASSERT_TRUE(own.IsInPlace());
         for (const auto function : {IllegalInstruction, NullStore, PrivilegedInstruction}) {
             ASSERT_FALSE(RunGuarded(function, nullptr));
-            ASSERT_TRUE(Handling() == before);
+            ASSERT_TRUE(own.IsInPlace());
         }
     }
     EXPECT_EQ(calls, 100);

@@ -16,53 +16,38 @@ __attribute__((constructor(101))) void BeforeLoadTimeCode() {
 
 void Plain() {}
 void Mmx() {}
-void Sse() {}
 void Sse2() {}
 
-// The variant that a pointer must end with, for processors with these of the three bits.
-AnyKernel Wanted(const KernelVariants& v, std::uint32_t features) {
-    AnyKernel found = v.plain.any;
-    for (const auto& [bit, kernel] : {std::pair{kSse2, v.sse2}, {kSse, v.sse}, {kMmx, v.mmx}})
-        if ((features & bit) && kernel.any) return kernel.any;
-    return found;
-}
-
-TEST(KernelTable, EachPointerEndsWithItsBestVariant) {
-    for (int bits = 0; bits < 8; ++bits) {
-        const std::uint32_t features =
-            (bits & 1 ? kMmx : 0u) | (bits & 2 ? kSse : 0u) | (bits & 4 ? kSse2 : 0u);
-        for (int exist = 0; exist < 8; ++exist) {
-            const KernelVariants some = {KernelPointer(Plain),
-                                         KernelPointer(exist & 1 ? Mmx : nullptr),
-                                         KernelPointer(exist & 2 ? Sse : nullptr),
-                                         KernelPointer(exist & 4 ? Sse2 : nullptr)};
-            const KernelRow rows[] = {{some, {}}, {{}, some}, {some, some}};
-            KernelEntry entries[3];
-            for (int i = 0; i < 3; ++i) {
-                entries[i].kernel = rows[i].kernel.plain;
-                entries[i].companion = rows[i].companion.plain;
-            }
-            StoreVariants(entries, rows, 3, features);
-            for (int i = 0; i < 3; ++i) {
-                EXPECT_EQ(entries[i].kernel.any, Wanted(rows[i].kernel, features)) << bits << exist;
-                EXPECT_EQ(entries[i].companion.any, Wanted(rows[i].companion, features));
-            }
-        }
-    }
-}
-
-// A required oddity: with SSE but without SSE2 the first entry goes back to its plain kernel.
-TEST(KernelTable, FirstEntryGoesBackToPlainWithSse) {
-    const KernelRow row = FirstGeneralRow(AnyKernel{Plain}, AnyKernel{Mmx}, AnyKernel{Sse2});
-    constexpr std::pair<std::uint32_t, AnyKernel> kCases[] = {
-        {0, Plain},    {kMmx, Mmx},          {kSse, Plain},        {kMmx | kSse, Plain},
-        {kSse2, Sse2}, {kMmx | kSse2, Sse2}, {kSse | kSse2, Sse2}, {kMmx | kSse | kSse2, Sse2},
+// Each pointer ends with the best variant that exists. A required oddity: with SSE but without SSE2
+// the first entry goes back to its plain kernel.
+TEST(KernelTable, StoresTheVariantsOfAProcessor) {
+    const KernelVariants all = {Plain, Mmx, {}, Sse2}, no_mmx = {Plain, {}, {}, Sse2};
+    const KernelRow rows[] = {FirstGeneralRow(AnyKernel{Plain}, AnyKernel{Mmx}, AnyKernel{Sse2}),
+                              {all, no_mmx},
+                              {{}, {Plain, {}, {}, {}}}};
+    const struct {
+        std::uint32_t features;
+        AnyKernel first, all, no_mmx;
+    } kCases[] = {
+        {0, Plain, Plain, Plain},         {kMmx, Mmx, Mmx, Plain},
+        {kSse, Plain, Plain, Plain},      {kMmx | kSse, Plain, Mmx, Plain},
+        {kSse2, Sse2, Sse2, Sse2},        {kMmx | kSse2, Sse2, Sse2, Sse2},
+        {kSse | kSse2, Sse2, Sse2, Sse2}, {kMmx | kSse | kSse2, Sse2, Sse2, Sse2},
     };
-    for (const auto& [features, wanted] : kCases) {
-        KernelEntry entry = {row.kernel.plain, row.companion.plain};
-        StoreVariants(&entry, &row, 1, features);
-        EXPECT_EQ(entry.kernel.any, wanted) << std::hex << features;
-        EXPECT_EQ(entry.companion.any, nullptr);
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(testing::Message() << std::hex << c.features);
+        KernelEntry entries[3];
+        for (int i = 0; i < 3; ++i) {
+            entries[i].kernel = rows[i].kernel.plain;
+            entries[i].companion = rows[i].companion.plain;
+        }
+        StoreVariants(entries, rows, 3, c.features);
+        EXPECT_EQ(entries[0].kernel.any, c.first);
+        EXPECT_EQ(entries[0].companion.any, nullptr);
+        EXPECT_EQ(entries[1].kernel.any, c.all);
+        EXPECT_EQ(entries[1].companion.any, c.no_mmx);
+        EXPECT_EQ(entries[2].kernel.any, nullptr);
+        EXPECT_EQ(entries[2].companion.any, Plain);
     }
 }
 

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <vector>
 
 #include "PxbLib.h"
@@ -21,24 +22,17 @@ void ExpectRecord(const ImageBuffer& image, int bits, int stride, int width, int
     EXPECT_EQ(image.height, height);
 }
 
-// A request of 5 x 3 pixels, with a companion.
+// A request of 5 x 3 pixels, with a companion. All of the image is painted in one call, of which
+// the tests of the fill know more.
 TEST(New, CompletesTheRecordAndPaintsBlack) {
-    struct Plane {
-        int offset, bytes;
-        std::vector<Byte> black;  // repeats
-    };
     const struct {
         int format, bits, stride, width, height;
-        std::vector<Plane> planes;
+        std::vector<Byte> black;  // its first pixels
     } kCases[] = {
-        {PXB_RGB24, 24, 16, 5, 3, {{0, 15, {0}}, {16, 15, {0}}, {32, 15, {0}}}},
-        {PXB_RGB32, 32, 20, 5, 3, {{0, 60, {0}}}},
-        {PXB_YV12, 12, 6, 6, 4, {{0, 24, {16}}, {24, 12, {128}}}},
-        {PXB_YUY2, 16, 12, 6, 3, {{0, 36, {16, 128}}}},
-        {PXB_I420, 12, 6, 6, 4, {{0, 24, {16}}, {24, 12, {128}}}},
-        {PXB_RGB8, 8, 8, 5, 3, {{0, 24, {0}}}},
-        {PXB_YUV422, 16, 12, 6, 3, {{0, 36, {128, 16}}}},
-        {PXB_AYUV32, 32, 20, 5, 3, {}},
+        {PXB_RGB24, 24, 16, 5, 3, {0, 0, 0}},  {PXB_RGB32, 32, 20, 5, 3, {0, 0, 0, 0}},
+        {PXB_YV12, 12, 6, 6, 4, {16, 16}},     {PXB_YUY2, 16, 12, 6, 3, {16, 128, 16, 128}},
+        {PXB_I420, 12, 6, 6, 4, {16, 16}},     {PXB_RGB8, 8, 8, 5, 3, {0, 0}},
+        {PXB_YUV422, 16, 12, 6, 3, {128, 16}}, {PXB_AYUV32, 32, 20, 5, 3, {}},
         {PXB_NV12, 12, 6, 6, 4, {}},
     };
     for (const auto& c : kCases) {
@@ -48,10 +42,7 @@ TEST(New, CompletesTheRecordAndPaintsBlack) {
         ASSERT_EQ(PxbNew(&image, 1), PXB_SUCCESS);
         ExpectRecord(image, c.bits, c.stride, c.width, c.height);
         EXPECT_EQ(reinterpret_cast<std::uintptr_t>(image.data) % 16, 0u);
-        for (const Plane& plane : c.planes)
-            for (int i = 0; i < plane.bytes; ++i)
-                EXPECT_EQ(image.data[plane.offset + i], plane.black[i % plane.black.size()])
-                    << plane.offset + i;
+        EXPECT_TRUE(std::equal(c.black.begin(), c.black.end(), image.data));
 
         const ImageBuffer alpha = *image.alpha;
         ExpectRecord(alpha, 8, 8, c.width, c.height);
@@ -90,29 +81,20 @@ TEST(New, TakesAndRefusesSizes) {
         {PXB_AYUV32, 32767, 16384, 0, 131068, 32767, 16384},
         {PXB_AYUV32, 32768, 16383, 0, 131072, 32768, 16383},
         {PXB_AYUV32, 32768, 16384, 3, 131072, 32768, 16384},  // 2^31 bytes
-        {PXB_AYUV32, 65535, 8192, 0, 262140, 65535, 8192},
-        {PXB_AYUV32, 65536, 8192, 3, 262144, 65536, 8192},
-        {PXB_AYUV32, 65536, 65535, 3, 262144, 65536, 65535},
         {PXB_AYUV32, 65536, 65536, 3, 262144, 65536, 65536},  // 2^34: 0 in 32 bits
         {PXB_AYUV32, 1 << 30, 1, 3, 0, 1 << 30, 1},
-        {PXB_AYUV32, 1 << 30, 0, 0, 0, 1 << 30, 0},
         {PXB_AYUV32, kMax, kMax, 3, -4, kMax, kMax},
         {PXB_AYUV32, kMin, kMin, 3, 4, kMin, kMin},
         {PXB_AYUV32, kMin, 1, 3, 4, kMin, 1},
         {PXB_NV12, 32768, 43690, 0, 32768, 32768, 43690},
-        {PXB_NV12, 32768, 43691, 3, 32768, 32768, 43692},
-        {PXB_NV12, 65535, 21844, 0, 65536, 65536, 21844},
         {PXB_NV12, 65535, 21845, 3, 65536, 65536, 21846},
         {PXB_NV12, kMax, 1, 3, kMin, kMin, 2},
         {PXB_NV12, kMax, 0, 0, kMin, kMin, 0},
         {PXB_NV12, kMax, kMax, 3, kMin, kMin, kMin},
         {PXB_NV12, kMin, kMin, 3, kMin + 2, kMin + 2, kMin + 2},
         {PXB_RGB24, 715827883, 1, 3, kMin + 4, 715827883, 1},
-        {PXB_RGB32, kMax, 2, 3, -4, kMax, 2},
         {PXB_RGB8, kMax, 1, 3, kMin, kMax, 1},
-        {PXB_RGB8, kMax, 0, 0, kMin, kMax, 0},
         {PXB_YUY2, kMax, 1, 3, 0, kMin, 1},
-        {PXB_YV12, 65536, 65536, 3, 65536, 65536, 65536},
         {PXB_YUV422, 32768, 32768, 3, 65536, 32768, 32768},
     };
     for (const auto& c : kCases) {
@@ -179,22 +161,19 @@ TEST(New, SurvivesEachFailingAllocation) {
         }
 }
 
-TEST(New, WritesTheCompanionOnlyOnRequest) {
-    ImageBuffer other = {}, image = Request(PXB_RGB8, 2, 2);
+TEST(New, LeavesForeignCompanionsAlone) {
+    Byte bytes[4] = {};
+    ImageBuffer other = {bytes, 8, 2, 2, 2, PXB_RGB8, nullptr}, image = Request(PXB_RGB8, 2, 2);
     image.alpha = &other;
     EXPECT_EQ(PxbNew(&image, 0), PXB_SUCCESS);
     EXPECT_EQ(image.alpha, &other);
     image.alpha = nullptr;
     PxbDelete(&image);
-}
 
-TEST(Delete, DoesNotFollowTheCompanionsCompanion) {
-    Byte bytes[4] = {};
-    ImageBuffer own = {bytes, 8, 2, 2, 2, PXB_RGB8, nullptr}, image = Request(PXB_RGB8, 2, 2);
-    ASSERT_EQ(PxbNew(&image, 1), PXB_SUCCESS);
-    image.alpha->alpha = &own;
+    EXPECT_EQ(PxbNew(&image, 1), PXB_SUCCESS);
+    image.alpha->alpha = &other;  // a companion's own one is not followed
     PxbDelete(&image);
-    EXPECT_EQ(own.data, bytes);
+    EXPECT_EQ(other.data, bytes);
 }
 
 }  // namespace

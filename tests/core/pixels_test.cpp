@@ -49,27 +49,26 @@ void Expect(const Case& c) {
     // NOLINTNEXTLINE(performance-no-int-to-ptr): an address at which nothing lies
     auto* const data = reinterpret_cast<std::uint8_t*>(base);
     const ImageBuffer image = {data, 0, c.stride, 0, c.height, 0, nullptr};
-    const auto offset = [&](const std::uint8_t* p) {
-        return static_cast<std::int64_t>(reinterpret_cast<std::uintptr_t>(p) - base);
-    };
-    const auto expect = [&](const std::uint8_t* p, std::int64_t wanted) {
-        EXPECT_EQ(static_cast<std::intptr_t>(offset(p)), wanted);
-    };
-    expect(PxbPixelsRGB24(&image, c.x, c.y), c.wanted.rgb24);
-    expect(PxbPixelsRGB32(&image, c.x, c.y), c.wanted.rgb32);
-    expect(PxbPixelsRGB8(&image, c.x, c.y), c.wanted.rgb8);
     const PlanePointers i420 = PxbPixelsI420(&image, c.x, c.y);
-    expect(i420.y, c.wanted.y420);
-    expect(i420.u, c.wanted.first_chroma);
-    expect(i420.v, c.wanted.second_chroma);
     const PlanePointers yv12 = PxbPixelsYV12(&image, c.x, c.y);
-    expect(yv12.y, c.wanted.y420);
-    expect(yv12.v, c.wanted.first_chroma);
-    expect(yv12.u, c.wanted.second_chroma);
     const PlanePointers yuy2 = PxbPixelsYUY2(&image, c.x, c.y);
-    expect(yuy2.y, c.wanted.y_yuy2);
-    expect(yuy2.u, c.wanted.u_yuy2);
-    expect(yuy2.v, c.wanted.u_yuy2 + 2);
+    const std::pair<const std::uint8_t*, std::int64_t> addresses[] = {
+        {PxbPixelsRGB24(&image, c.x, c.y), c.wanted.rgb24},
+        {PxbPixelsRGB32(&image, c.x, c.y), c.wanted.rgb32},
+        {PxbPixelsRGB8(&image, c.x, c.y), c.wanted.rgb8},
+        {i420.y, c.wanted.y420},
+        {i420.u, c.wanted.first_chroma},
+        {i420.v, c.wanted.second_chroma},
+        {yv12.y, c.wanted.y420},
+        {yv12.v, c.wanted.first_chroma},
+        {yv12.u, c.wanted.second_chroma},
+        {yuy2.y, c.wanted.y_yuy2},
+        {yuy2.u, c.wanted.u_yuy2},
+        {yuy2.v, c.wanted.u_yuy2 + 2},
+    };
+    for (const auto& [address, wanted] : addresses)
+        EXPECT_EQ(static_cast<std::intptr_t>(reinterpret_cast<std::uintptr_t>(address) - base),
+                  wanted);
 }
 
 TEST(Pixels, Addresses) {

@@ -1,5 +1,6 @@
 """What binutils say about an object file or a library. Names are mangled C++ names, without the
 underscore that 32-bit Windows puts before every name of C."""
+import argparse
 import re
 import subprocess
 from typing import Iterator, NamedTuple
@@ -64,3 +65,12 @@ class Binary:
     def offers(self) -> set[str]:
         """The names that an import library offers to a linker."""
         return set(re.findall(r" I __imp__(\S+)$", self._run(self._nm), re.M))
+
+
+def option_parser(*more: str) -> argparse.ArgumentParser:
+    """Of what every check needs, and of options of its own."""
+    parser = argparse.ArgumentParser()
+    for option in ("--nm", "--objdump", *more):
+        parser.add_argument(option, required=True)
+    parser.add_argument("--bits", type=int, required=True)
+    return parser

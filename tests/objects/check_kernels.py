@@ -1,15 +1,14 @@
 """usage: check_kernels.py --nm NM --objdump OBJDUMP --bits 32|64 INSTRUCTION_SET OBJECT...
 
 Object files compiled for one instruction set (baseline, pairwise, mmx, sse2, avx2, avx512) use no
-registers or instructions beyond it. Those of the kernels moreover define no symbol that code for other
-processors could pick up: the linker keeps one copy of an inline function for everybody, and that
-could be the AVX2 one. They also run nothing at load time, before the processor is known."""
-import argparse
+registers or instructions beyond it. Those of the kernels moreover define no symbol that code for
+other processors could pick up: the linker keeps one copy of an inline function for everybody, and
+that could be the AVX2 one. They also run nothing at load time, before the processor is known."""
 import re
 import sys
 from typing import Iterator
 
-from binary import Binary, Symbol
+from binary import Binary, Symbol, option_parser
 from registers import complaint, namespace_of
 
 
@@ -39,10 +38,7 @@ def faults(binary: Binary, instruction_set: str, bits: int) -> Iterator[str]:
 
 
 def main() -> int:
-    parser = argparse.ArgumentParser()
-    for option in ("--nm", "--objdump"):
-        parser.add_argument(option, required=True)
-    parser.add_argument("--bits", type=int, required=True)
+    parser = option_parser()
     parser.add_argument("instruction_set")
     parser.add_argument("objects", nargs="+")
     options = parser.parse_args()

@@ -4,13 +4,12 @@
 The linked library: every function keeps to the registers of its namespace, linked-in run-time
 libraries included; exactly the listed names leave it, undecorated and declared in the header; it
 needs nothing but the system's own libraries; its import libraries offer the same names."""
-import argparse
 import re
 import sys
 from pathlib import Path
 from typing import Iterator
 
-from binary import Binary
+from binary import Binary, option_parser
 from registers import complaint, namespace_of
 
 WIDE = {"mmx", "sse2", "avx2", "avx512"}
@@ -48,10 +47,7 @@ def interface_faults(library: Binary, listed: set[str], declared: set[str]) -> I
 
 
 def main() -> int:
-    parser = argparse.ArgumentParser()
-    for option in ("--nm", "--objdump", "--exports", "--header"):
-        parser.add_argument(option, required=True)
-    parser.add_argument("--bits", type=int, required=True)
+    parser = option_parser("--exports", "--header")
     parser.add_argument("library")
     parser.add_argument("import_libraries", nargs="*")
     options = parser.parse_args()

@@ -9,153 +9,126 @@ import subprocess
 import sys
 import tempfile
 from pathlib import Path
-from typing import NamedTuple
+
+from binary import option_parser
 
 HERE = Path(__file__).parent
-FLAGS = {"baseline": [], "mmx": ["-mmmx"], "sse2": ["-msse2"], "avx2": ["-mavx2"]}
+FLAGS = {"mmx": ["-mmmx"], "sse2": ["-msse2"], "avx2": ["-mavx2"], "avx512": ["-mavx512bw"]}
 
-
-class KernelFault(NamedTuple):
-    instruction_set: str
-    source: str
-    complaint: str  # what the check must say, besides failing
-
-
-class LibraryFault(NamedTuple):
-    source: str
-    flags: list[str]
-    complaint: str
-
-
-def function_with(name: str, instruction: str, namespace: str) -> str:
-    return f'namespace pxb::{namespace} {{ void {name}() {{ asm volatile("{instruction}"); }} }}'
-
-
-KERNEL_FAULTS = [
-    KernelFault("avx2", """inline __attribute__((noinline)) int Twice(int x) { return 2 * x; }
-                           namespace pxb::avx2 { int Use(int x) { return Twice(x); } }""",
-                "_Z5Twicei: weak"),
-    KernelFault("sse2", """template <class T> struct Table { static int size; };
-                           template <class T> int Table<T>::size = 1;
-                           namespace pxb::sse2 { int Use() { return Table<char>::size; } }""",
-                "_ZN5TableIcE4sizeE: weak"),
-    KernelFault("avx2", "namespace pxb { int Stray() { return 1; } }",
-                "_ZN3pxb5StrayEv: global symbol outside pxb::avx2"),
-    KernelFault("mmx", "int Chance(); namespace pxb::mmx { int size = Chance(); }",
-                "code that runs at load time"),
-    KernelFault("baseline", function_with("F", "vpxor %ymm0, %ymm0, %ymm0", "plain"),
-                "_ZN3pxb5plain1FEv: vpxor %ymm0,%ymm0,%ymm0: register %ymm in baseline"),
-    KernelFault("sse2", function_with("F", "vpxor %ymm0, %ymm0, %ymm0", "sse2"),
-                "_ZN3pxb4sse21FEv: vpxor %ymm0,%ymm0,%ymm0: register %ymm in sse2"),
-    KernelFault("sse2", function_with("F", "vpxor %xmm0, %xmm0, %xmm0", "sse2"),
-                "_ZN3pxb4sse21FEv: vpxor %xmm0,%xmm0,%xmm0: AVX instruction in sse2"),
-    KernelFault("sse2", function_with("F", "pshufb %xmm1, %xmm0", "sse2"),
-                "_ZN3pxb4sse21FEv: pshufb %xmm1,%xmm0: instruction beyond sse2"),
-    KernelFault("sse2", function_with("F", "paddb %mm1, %mm0", "sse2"),
-                "_ZN3pxb4sse21FEv: paddb %mm1,%mm0: register %mm in sse2"),
-    KernelFault("avx2", function_with("F", "vpxord %zmm0, %zmm0, %zmm0", "avx2"),
-                "_ZN3pxb4avx21FEv: vpxord %zmm0,%zmm0,%zmm0: register %zmm in avx2"),
-    KernelFault("avx2", function_with("F", "vfmadd231ps %ymm0, %ymm1, %ymm2", "avx2"),
-                "_ZN3pxb4avx21FEv: vfmadd231ps %ymm0,%ymm1,%ymm2: instruction beyond avx2"),
+# Instruction set of the object, namespace of the code, instruction, what the check must say of it.
+INSTRUCTIONS = [
+    ("baseline", "plain", "vpxor %ymm0,%ymm0,%ymm0", "register %ymm in baseline"),
+    ("sse2", "sse2", "vpxor %ymm0,%ymm0,%ymm0", "register %ymm in sse2"),
+    ("sse2", "sse2", "vpxor %xmm0,%xmm0,%xmm0", "AVX instruction in sse2"),
+    ("sse2", "sse2", "pshufb %xmm1,%xmm0", "instruction beyond sse2"),
+    ("sse2", "sse2", "paddb %mm1,%mm0", "register %mm in sse2"),
+    ("avx2", "avx2", "vpxord %zmm0,%zmm0,%zmm0", "register %zmm in avx2"),
+    ("avx2", "avx2", "vfmadd231ps %ymm0,%ymm1,%ymm2", "instruction beyond avx2"),
+    ("avx512", "avx512", "vpmullq %zmm0,%zmm1,%zmm2", "instruction beyond avx512"),
 ]
-KERNEL_FAULTS_32 = [
-    KernelFault("baseline", function_with("F", "pxor %xmm0, %xmm0", "plain"),
-                "_ZN3pxb5plain1FEv: pxor %xmm0,%xmm0: register %xmm in baseline"),
-    KernelFault("pairwise", function_with("F", "pxor %mm0, %mm0", "pairwise"),
-                "_ZN3pxb8pairwise1FEv: pxor %mm0,%mm0: register %mm in baseline"),
-    KernelFault("mmx", function_with("F", "pxor %xmm0, %xmm0", "mmx"),
-                "_ZN3pxb3mmx1FEv: pxor %xmm0,%xmm0: register %xmm in mmx"),
-    KernelFault("mmx", function_with("F", "pavgb %mm1, %mm0", "mmx"),
-                "_ZN3pxb3mmx1FEv: pavgb %mm1,%mm0: instruction beyond mmx"),
+INSTRUCTIONS_32 = [
+    ("baseline", "plain", "pxor %xmm0,%xmm0", "register %xmm in baseline"),
+    ("pairwise", "pairwise", "pxor %mm0,%mm0", "register %mm in baseline"),
+    ("mmx", "mmx", "pxor %xmm0,%xmm0", "register %xmm in mmx"),
+    ("mmx", "mmx", "pavgb %mm1,%mm0", "instruction beyond mmx"),
 ]
-LIBRARY_FAULTS = [
-    LibraryFault("", [], "PxbNew: missing from the exports"),
-    LibraryFault('extern "C" EXPORT void PxbExtra() {}', [],
-                 "PxbExtra: should not be in the exports"),
-    LibraryFault(function_with("F", "vpxor %ymm0, %ymm0, %ymm0", "sse2"), [],
-                 "_ZN3pxb4sse21FEv: vpxor"),
-    LibraryFault(function_with("F", "vpxor %ymm0, %ymm0, %ymm0", "plain"), [],
-                 "_ZN3pxb5plain1FEv: vpxor"),
-    LibraryFault("", ["-s"], "is the symbol table gone?"),
-]
-LIBRARY_FAULTS_LINUX = [
-    LibraryFault("", ["-Wl,--no-as-needed", "-lstdc++"],
-                 "libstdc++.so.6: the library must not need it"),
-]
-LIBRARY_FAULTS_WINDOWS = [
-    LibraryFault('extern "C" __stdcall int MessageBeep(unsigned);'
-                 'extern "C" EXPORT int F() { return MessageBeep(0); }', ["-luser32"],
-                 "USER32.dll: the library must not need it"),
-    LibraryFault('extern "C" EXPORT __stdcall int PxbDelete(void*) { return 0; }', [],
-                 "PxbDelete@4: should not be in the exports"),
-    LibraryFault("", ["-Wl,--no-seh"], "NO_SEH:"),
+# Instruction set of the object, source, complaint.
+SYMBOLS = [
+    ("avx2", """inline __attribute__((noinline)) int Twice(int x) { return 2 * x; }
+                namespace pxb::avx2 { int Use(int x) { return Twice(x); } }""",
+     "_Z5Twicei: weak"),
+    ("sse2", """template <class T> struct Table { static int size; };
+                template <class T> int Table<T>::size = 1;
+                namespace pxb::sse2 { int Use() { return Table<char>::size; } }""",
+     "_ZN5TableIcE4sizeE: weak"),
+    ("avx2", "namespace pxb { int Stray() { return 1; } }",
+     "_ZN3pxb5StrayEv: global symbol outside pxb::avx2"),
+    ("mmx", "int Chance(); namespace pxb::mmx { int size = Chance(); }",
+     "code that runs at load time"),
 ]
 
 
-class Bench:
-    """Compiles into a scratch folder and runs the checks on the result."""
+def function(namespace: str, instruction: str) -> str:
+    return f'namespace pxb::{namespace} {{ void F() {{ asm volatile("{instruction}"); }} }}'
 
-    def __init__(self, options: argparse.Namespace, folder: str):
-        self.options, self.folder = options, Path(folder)
-        self.tools = ["--nm", options.nm, "--objdump", options.objdump, "--bits", options.bits]
 
-    def compile(self, source: str, output: str, *flags: str) -> str:
-        path = self.folder / "fault.cpp"
-        path.write_text(source + "\n")
-        export = "__declspec(dllexport)" if self.options.windows else ""
-        subprocess.run([*self.options.compiler, "-std=c++20", "-O2", f"-DEXPORT={export}",
-                        str(path), "-o", str(self.folder / output), *flags], check=True)
-        return str(self.folder / output)
+# Source, flags, complaint.
+LIBRARIES = [
+    ("", [], "PxbNew: missing from the exports"),
+    ('extern "C" EXPORT void PxbExtra() {}', [], "PxbExtra: should not be in the exports"),
+    (function("sse2", "vpxor %ymm0,%ymm0,%ymm0"), [], "_ZN3pxb4sse21FEv: vpxor"),
+    (function("plain", "vpxor %ymm0,%ymm0,%ymm0"), [], "_ZN3pxb5plain1FEv: vpxor"),
+    ("", ["-s"], "is the symbol table gone?"),
+]
+LIBRARIES_LINUX = [
+    ("", ["-Wl,--no-as-needed", "-lstdc++"], "libstdc++.so.6: the library must not need it"),
+]
+LIBRARIES_WINDOWS = [
+    ('extern "C" __stdcall int MessageBeep(unsigned);'
+     'extern "C" EXPORT int F() { return MessageBeep(0); }', ["-luser32"],
+     "USER32.dll: the library must not need it"),
+    ('extern "C" EXPORT __stdcall int PxbDelete(void*) { return 0; }', [],
+     "PxbDelete@4: should not be in the exports"),
+    ("", ["-Wl,--no-seh"], "NO_SEH:"),
+]
 
-    def check(self, script: str, *arguments: str) -> subprocess.CompletedProcess:
-        return subprocess.run([sys.executable, "-B", str(HERE / script), *self.tools, *arguments],
+
+def outcomes(options: argparse.Namespace, folder: Path):
+    """Pairs of what was expected and what the check gave."""
+    def compiled(source: str, output: str, *flags: str) -> str:
+        (folder / "fault.cpp").write_text(source + "\n")
+        export = "__declspec(dllexport)" if options.windows else ""
+        subprocess.run([*options.compiler, "-std=c++20", "-O2", f"-DEXPORT={export}",
+                        str(folder / "fault.cpp"), "-o", str(folder / output), *flags], check=True)
+        return str(folder / output)
+
+    def checked(script: str, *arguments: str) -> subprocess.CompletedProcess:
+        tools = ["--nm", options.nm, "--objdump", options.objdump, "--bits", str(options.bits)]
+        return subprocess.run([sys.executable, "-B", str(HERE / script), *tools, *arguments],
                               text=True, capture_output=True)
 
-    def check_kernel(self, fault: KernelFault) -> subprocess.CompletedProcess:
-        flags = FLAGS.get(fault.instruction_set, [])
-        return self.check("check_kernels.py", fault.instruction_set,
-                          self.compile(fault.source, "fault.o", "-c", *flags))
+    def checked_library(exports: str, *libraries: str) -> subprocess.CompletedProcess:
+        return checked("check_product.py", "--exports", exports, "--header", options.header,
+                       *libraries)
 
-    def check_library(self, *libraries: str, exports: str = "") -> subprocess.CompletedProcess:
-        return self.check("check_product.py", "--exports", exports or self.options.exports,
-                          "--header", self.options.header, *libraries)
+    kernels = list(SYMBOLS)
+    for instruction_set, namespace, instruction, complaint in INSTRUCTIONS + (
+            INSTRUCTIONS_32 if options.bits == 32 else []):
+        kernels.append((instruction_set, function(namespace, instruction),
+                        f"_ZN3pxb{len(namespace)}{namespace}1FEv: {instruction}: {complaint}"))
+    for instruction_set, source, complaint in kernels:
+        flags = FLAGS.get(instruction_set, [])
+        yield complaint, checked("check_kernels.py", instruction_set,
+                                 compiled(source, "fault.o", "-c", *flags))
+    for source, flags, complaint in LIBRARIES + (
+            LIBRARIES_WINDOWS if options.windows else LIBRARIES_LINUX):
+        library = compiled(source, "fault.so", "-shared", "-fPIC", *flags)
+        yield complaint, checked_library(options.exports, library)
 
-
-def outcomes(bench: Bench):
-    """Pairs of what was expected and what the check gave."""
-    options = bench.options
-    for fault in KERNEL_FAULTS + (KERNEL_FAULTS_32 if options.bits == "32" else []):
-        yield fault.complaint, bench.check_kernel(fault)
-    only_here = LIBRARY_FAULTS_WINDOWS if options.windows else LIBRARY_FAULTS_LINUX
-    for fault in LIBRARY_FAULTS + only_here:
-        library = bench.compile(fault.source, "fault.so", "-shared", "-fPIC", *fault.flags)
-        yield fault.complaint, bench.check_library(library)
-
-    longer = bench.folder / "exports.def"
+    longer = folder / "exports.def"
     longer.write_text(Path(options.exports).read_text() + "    PxbExtra\n")
-    checked = bench.check_library(options.library, *options.import_libraries, exports=str(longer))
-    yield "PxbExtra: missing from the exports", checked
-    yield "PxbExtra: exported but not declared", checked
+    result = checked_library(str(longer), options.library, *options.import_libraries)
+    yield "PxbExtra: missing from the exports", result
+    yield "PxbExtra: exported but not declared", result
     for path in options.import_libraries:
-        yield f"PxbExtra: missing from {Path(path).name}", checked
+        yield f"PxbExtra: missing from {Path(path).name}", result
 
 
 def main() -> int:
-    parser = argparse.ArgumentParser()
-    for option in ("--nm", "--objdump", "--bits", "--exports", "--header", "--library"):
-        parser.add_argument(option, required=True)
+    parser = option_parser("--exports", "--header", "--library")
     parser.add_argument("--windows", type=int, required=True)
     parser.add_argument("--import-libraries", nargs="*", default=[])
     parser.add_argument("compiler", nargs="+")
+    options = parser.parse_args()
+    missed = found = 0
     with tempfile.TemporaryDirectory() as folder:
-        missed = found = 0
-        for expected, checked in outcomes(Bench(parser.parse_args(), folder)):
-            if checked.returncode == 1 and expected in checked.stdout:
+        for expected, result in outcomes(options, Path(folder)):
+            if result.returncode == 1 and expected in result.stdout:
                 found += 1
             else:
                 missed += 1
-                print(f"expected a complaint '{expected}', got exit status {checked.returncode}:\n"
-                      f"{checked.stdout}{checked.stderr}")
+                print(f"expected a complaint '{expected}', got exit status {result.returncode}:\n"
+                      f"{result.stdout}{result.stderr}")
     print(f"{found} planted faults found, {missed} missed")
     return missed != 0
 

@@ -207,7 +207,8 @@ void YuvToYuv(const ImageBuffer& dst, const ImageBuffer& src) {
     // the luma of odd columns and rows too.
     const bool copy = Is420(dst) && Is420(src);
     const YuvLayout to = Is420(dst) ? LayoutOf420(dst, copy ? area.height : dst.height)
-                                    : LayoutOfYuy2(dst, dst.stride);
+                         : dst.format == PXB_AYUV32 ? LayoutOfAyuv(dst)
+                                                    : LayoutOfYuy2(dst, dst.stride);
     const YuvLayout from =
         Is420(src) ? LayoutOf420(src, src.height) : LayoutOfYuy2(src, src.stride);
     Reshuffle(to, from, area.width, area.height);

@@ -12,5 +12,5 @@ enum class Processor {
 };
 
 // Writes into dst what PxbColorSpaceConv(&dst, &src) must write there. The formats must be a pair
-// that converts.
+// that converts, or YUY2 to NV12 or AYUV32 (without alpha), so that tests can make such images.
 void ConvertByReference(const ImageBuffer& dst, const ImageBuffer& src, Processor processor);

@@ -33,8 +33,7 @@ pxb convert card.y4m converted.bmp || fail convert
 cmp card.bmp converted.bmp || fail "the card and its conversion differ"
 pxb convert card.y4m card.i420 || fail "convert to raw frames"
 expect "$(wc -c <card.i420)" $((3 * (101 * 75 + 2 * 51 * 38)))
-pxb convert card.i420 back.y4m --size 101x75 || fail "convert from raw frames"
-pxb convert back.y4m back.i420 && cmp card.i420 back.i420 || fail "raw frames differ"
+pxb convert card.i420 back.bmp --size 101x75 && cmp card.bmp back.bmp || fail "raw frames"
 expect "$(pxb info card.y4m | grep -c '^frames      3, 25 a second')" 1
 pxb --version | grep -qE '^pxb [0-9.]+.?$' || fail "--version"
 for command in "" testcard info convert channel; do
@@ -50,8 +49,7 @@ refused "size: 65536x65536" testcard out.y4m --size 65536x65536
 refused "--format: YUV9" info card.i420 --size 4x4 --format YUV9
 refused "--channel" channel card.bmp out.bmp --channel 6
 refused "--frames: 3" testcard out.bmp --frames 3
-refused "absent.y4m: open" info absent.y4m
-refused "absent/out.bmp: open" convert card.y4m absent/out.bmp
+refused "absent file.y4m: open" info $'absent\nfile.y4m'
 
 if [ -z "$runner" ]; then
     pxb testcard - --type y4m --size 101x75 --frames 3 | cmp - card.y4m ||

@@ -37,13 +37,10 @@ TEST_F(Refusals, FilesThatLieOrEndEarly) {
         {"a.y4m", "YUV4MPEG3 W4 H4\n", "header: YUV4MPEG3 W4 H4: should be"},
         {"a.y4m", "YUV4MPEG2 W4\n", "header H"},
         {"a.y4m", "YUV4MPEG2 W0 H4\n", "header W: 0"},
-        {"a.y4m", "YUV4MPEG2 W-4 H4\n", "header W: -4"},
         {"a.y4m", "YUV4MPEG2 W4 H99999999999\n", "header H: 99999999999"},
         {"a.y4m", "YUV4MPEG2 W2147483647 H2147483647\n", "size: 2147483647x2147483647 I420"},
-        {"a.y4m", "YUV4MPEG2 W65536 H65536\n", "size: 65536x65536 I420: more than"},
         {"a.y4m", "YUV4MPEG2 W4 H4 C444\n", "header C: 444"},
         {"a.y4m", "YUV4MPEG2 W4 H4\nFRAME\nabc", "frame 0: 24 bytes: the file has only 3"},
-        {"a.y4m", "YUV4MPEG2 W1 H1\nFRAME\nabcFRAME\nab", "frame 1: 3 bytes"},
         {"a.y4m", "YUV4MPEG2 W1 H1\nFRAME\nabcd", "frame 1: d"},
         {"a.y4m", "YUV4MPEG2 W1 H1\n", "frame: 0: the file has 0 frames"},
         {"a.pgm", "P5 2 2 255 abc", "pixels: 4 bytes"},
@@ -54,7 +51,7 @@ TEST_F(Refusals, FilesThatLieOrEndEarly) {
         {"a.pgm", "P2 2 1 9 5 10", "row 0: 10"},
         {"a.pgm", "P2 2 1 9 5 x", "row 0: x"},
         {"a.pgm", "P2 40000 40000 9 5 ", "pixels: 1600000000 bytes"},
-        {"a.ppm", "P6 60000 60000 255 ", "size: 60000x60000 RGB24"},
+        {"a.ppm", "P6 40000 20000 255 ", "size: 40000x20000 RGB24: more than"},
         {"a.bmp", "BM", "header: 2 bytes"},
         {"a.bmp", bmp + no_compression + "abc", "pixels: 16 bytes"},
         {"a.bmp", bmp + std::string("\1\0\0\0", 4) + no_compression, "compression: 1"},
@@ -66,8 +63,8 @@ TEST_F(Refusals, FilesThatLieOrEndEarly) {
         {"a.raw", "123456", "--format", {Size{2, 2}, {}}},
         {"a.nv12",
          "1234567",
-         "file size: 7 bytes: not a whole number of frames of 6",
-         {Size{2, 2}, {}}},
+         "file size: 7 bytes: not a whole number of frames of 3",
+         {Size{1, 1}, {}}},
         {"a.nv12", "", "file size: 0 bytes", {Size{2, 2}, {}}},
         {"a.nv12", "1", "size: 2147483647x2 NV12", {Size{2147483647, 2}, {}}},
         {"a.png", "no picture", PXB_TOOL_HAS_PNG ? "PNG data" : "file type: png: this build"},
@@ -117,38 +114,36 @@ TEST_F(Refusals, RequestsThatCannotBeMet) {
         EXPECT_NE(message.find(c.message), std::string::npos) << message;
         EXPECT_EQ(FileCount(), 2u);
     }
-    const auto channel = [&](int number, const std::string& out) {
-        return MessageOf([&] { ExtractChannel({grey, {}, {}}, {Path(out), "", {}}, number); });
+    const struct {
+        int number;
+        const char *out, *message;
+    } channels[] = {
+        {1, "out.bmp", "channel: 1 of RGB8: the library answers 1"},
+        {5, "out.bmp", "channel: 5 of RGB8: this format"},
+        {1, "out.ppm", "channel: RGB8: a PPM picture holds RGB24"},
     };
-    EXPECT_NE(channel(1, "out.bmp").find("channel: 1 of RGB8: the library answers 1"),
-              std::string::npos);
-    EXPECT_NE(channel(5, "out.bmp").find("channel: 5 of RGB8: this format"), std::string::npos);
-    EXPECT_NE(channel(1, "out.ppm").find("channel: RGB8: a PPM picture holds RGB24"),
-              std::string::npos);
-    EXPECT_EQ(FileCount(), 2u);
+    for (const auto& c : channels) {
+        const std::string message = MessageOf([&] {
+            ExtractChannel({grey, {}, {}}, {Path(c.out), "", {}}, c.number);
+        });
+        EXPECT_NE(message.find(c.message), std::string::npos) << message;
+        EXPECT_EQ(FileCount(), 2u);
+    }
 }
 
-TEST_F(Refusals, AFileStaysAsItWasUntilTheNewOneIsComplete) {
-    const std::string path = Put("old.pgm", "old");
+// Also where it is the input.
+TEST_F(Refusals, AFileStaysUntilTheNewOneIsComplete) {
+    const std::string path = Put("old.pgm", "P2 2 1 15 15 0");
     {
         OutputFile output(path);
         output.Write("half of the new");
-        EXPECT_EQ(Get("old.pgm"), "old");
     }
-    EXPECT_EQ(Get("old.pgm"), "old");
+    EXPECT_EQ(Get("old.pgm"), "P2 2 1 15 15 0");
     EXPECT_EQ(FileCount(), 1u);
 
-    OutputFile output(path);
-    output.Write("new");
-    output.Commit();
-    EXPECT_EQ(Get("old.pgm"), "new");
-    EXPECT_EQ(FileCount(), 1u);
-}
-
-TEST_F(Refusals, AFileMayReplaceItself) {
-    const std::string path = Put("grey.pgm", "P2 2 1 15 15 0");
     ConvertFile({path, {}, {}}, {path, "", {}});
-    EXPECT_EQ(Get("grey.pgm"), std::string("P5\n2 1\n255\n\xff\0", 13));
+    EXPECT_EQ(Get("old.pgm"), std::string("P5\n2 1\n255\n\xff\0", 13));
+    EXPECT_EQ(FileCount(), 1u);
 }
 
 }  // namespace
