@@ -31,8 +31,8 @@
 // No operation touches memory outside its pixels.
 #pragma once
 
+#include "core/simd/memory.h"
 #include "core/simd/pair.h"
-#include "core/simd/stores.h"
 
 #if defined(PXB_TARGET_MMX)
 #include "core/simd/mmx.h"
