@@ -14,7 +14,8 @@ endif()
 set(PXB_SIMD_FLAGS_pairwise ${PXB_SIMD_FLAGS_baseline})
 
 # pxb_add_simd_kernels(<library> <source>...): one object library per instruction set, linked into
-# whatever links <library>, whose own files get the baseline flags. No link-time optimisation: it would let wide code into baseline functions.
+# whatever links <library>, whose own files get the baseline flags. No link-time optimisation: it
+# would let wide code into baseline functions.
 function(pxb_add_simd_kernels library)
     target_compile_options(${library} PRIVATE ${PXB_SIMD_FLAGS_baseline})
     foreach(simd IN LISTS PXB_SIMD_TARGETS)

@@ -1,6 +1,6 @@
 // Channels of packed RGB, the same bytes as the plain kernel.
 #include "convert/channel.h"
-#include "core/simd/wide.h"
+#include "core/simd/writer.h"
 
 namespace pxb::PXB_TARGET {
 namespace {

@@ -1,6 +1,6 @@
 // Depth changes, the same bytes as the plain kernels.
 #include "convert/rgb_copies.h"
-#include "core/simd/wide.h"
+#include "core/simd/writer.h"
 
 namespace pxb::PXB_TARGET {
 namespace {

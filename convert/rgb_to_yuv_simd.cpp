@@ -2,7 +2,7 @@
 // halved here and the shifts are one less.
 #include "convert/drifting_rows.h"
 #include "convert/rgb_to_yuv.h"
-#include "core/simd/wide.h"
+#include "core/simd/writer.h"
 
 namespace pxb::PXB_TARGET {
 namespace {

@@ -1,7 +1,7 @@
 // YUV reshuffles, the same bytes as the plain kernels.
 #include "convert/drifting_rows.h"
 #include "convert/yuv_reshuffles.h"
-#include "core/simd/wide.h"
+#include "core/simd/writer.h"
 
 namespace pxb::PXB_TARGET {
 

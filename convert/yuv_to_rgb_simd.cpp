@@ -7,7 +7,7 @@
 // even and the odd ones; in YUY2 it is spread over its pixels at once.
 #include "convert/drifting_rows.h"
 #include "convert/yuv_to_rgb.h"
-#include "core/simd/wide.h"
+#include "core/simd/writer.h"
 
 namespace pxb::PXB_TARGET {
 namespace {

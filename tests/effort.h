@@ -1,5 +1,5 @@
-// How much the sweeps try. Everything in optimised 64-bit builds; elsewhere the code is the same but
-// slower, and samples are enough.
+// How much the sweeps try. Everything in optimised 64-bit builds; elsewhere the code is the same
+// but slower, and samples are enough.
 #pragma once
 
 namespace pxb::test {

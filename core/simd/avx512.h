@@ -108,7 +108,7 @@ struct Avx512 {
     static PXB_INLINE void StoreBgrx(Byte* dst, const Pixels& a) {
         for (int i = 0; i < 4; ++i) StoreAll(dst + 64 * i, a.quarter[i]);
     }
-    // A permutation puts each sample into its place in one of the three outputs; blends gather them.
+    // A permutation puts each sample into its place in one of three outputs; blends gather them.
     static PXB_INLINE void StoreBgr(Byte* dst, Bytes b, Bytes g, Bytes r) {
         const __m512i bs = Place<0>(b.all), gs = Place<1>(g.all), rs = Place<2>(r.all);
         const __mmask64 second = 0x2492492492492492, third = 0x4924924924924924;

@@ -1,13 +1,13 @@
-// The register widths of the instruction set that a kernel file is being compiled for, widest first.
-// The last is Pair, two pixels in plain integers: each width goes on with a row where the one before
-// it no longer fits. All offer the same operations. `Bytes` holds kPixels samples, `Words` half as
-// many signed 16-bit lanes, and `Pixels` kPixels 32-bit lanes B G R X.
+// PXB_WIDTHS: the register classes of the instruction set that a kernel file is being compiled for,
+// widest first; the last is Pair, two pixels in plain integers. All offer the same operations.
+// `Bytes` holds kPixels samples, `Words` half as many signed 16-bit lanes, and `Pixels` kPixels
+// 32-bit lanes B G R X.
 //
 // Set(n) Factor(n)           n in every lane of Words. Factor hides the value from the optimiser,
 //                            which otherwise turns products into shifts and adds
 // Load LoadPairs             kPixels bytes; kPixels / 2 bytes of U and of V, as bytes U V U V ...
 // LoadFor<n> LoadYuy2For<n>  kPixels bytes; kPixels pixels Y0 U Y1 V, with u and v for each pixel:
-// UvFor<n>(pairs)            u and v of each pair. On their way to a store of n bytes a pixel, which
+// UvFor<n>(pairs)            u and v of each pair. On their way to a store of n bytes a pixel that
 //                            may want lanes in an order of its own
 // LoadBgr LoadBgrx           kPixels pixels of 3 bytes (X becomes 0) or of 4
 // LoadRgb<n>                 kPixels pixels of n bytes, for weighing
@@ -22,16 +22,17 @@
 // Evens(a, b) Odds(a, b)     every second byte of both
 // Average                    (a + b + 1) / 2 of bytes
 // WeighBgr<b, g, r, offset>  ((b B + g G + r R) >> 8) + offset; the weights sum to 256 at most
-// WeighPairs<b, g, r>        (b B + g G + r R) summed over two neighbours, or over those of two rows
+// WeighPairs<b, g, r>        (b B + g G + r R) summed over two neighbours, or those of two rows
 // PairUp(u, v)               such sums >> 8 (two rows: >> 9), 128 added, as bytes U V U V ...
 // NarrowByte<k>              byte k of each lane of Pixels
 // Add Sub AddSaturated       on Words
 // ShiftRight<n>              on Words, arithmetic
+// kStreams                   whether its stores go around the caches, see memory.h
+// Leave                      after the last row: stores become visible to other threads, and MMX
+//                            hands the floating-point registers back
 //
 // No operation touches memory outside its pixels.
 #pragma once
-
-#include "core/simd/memory.h"
 #include "core/simd/pair.h"
 
 #if defined(PXB_TARGET_MMX)
@@ -50,66 +51,3 @@
 #elif defined(PXB_TARGET_PAIRWISE)
 #define PXB_WIDTHS Pair
 #endif
-
-namespace pxb::PXB_TARGET {
-
-// The register widths for the rows at hand, with or without those that stream.
-template <class... Width>
-class WidthsOf {
-  public:
-    explicit PXB_INLINE WidthsOf(bool streams) : streams_(streams) {}
-
-    // Calls step<V>(x) for V::kPixels pixels at a time, from x = 0 on. Returns the number of pixels
-    // done: all `end` of them but an odd last one.
-    template <class Step>
-    PXB_INLINE std::ptrdiff_t ForPixels(std::ptrdiff_t end, const Step& step) const {
-        std::ptrdiff_t x = 0;
-        ((x = StepWhileFits<Width>(x, end, step)), ...);
-        return x;
-    }
-
-    PXB_INLINE void Leave() const { (LeaveWidth<Width>(), ...); }
-
-  private:
-    template <class V>
-    PXB_INLINE bool IsUsed() const {
-        return streams_ || !V::kStreams;
-    }
-    template <class V, class Step>
-    PXB_INLINE std::ptrdiff_t StepWhileFits(std::ptrdiff_t x, std::ptrdiff_t end,
-                                            const Step& step) const {
-        if (!IsUsed<V>()) return x;
-        for (; x + V::kPixels <= end; x += V::kPixels) step.template operator()<V>(x);
-        return x;
-    }
-    template <class V>
-    PXB_INLINE void LeaveWidth() const {
-        if (IsUsed<V>()) V::Leave();
-    }
-
-    bool streams_;
-};
-
-using Widths = WidthsOf<PXB_WIDTHS>;
-
-// Lives as long as a kernel writes an image of this size.
-class Writer {
-  public:
-    PXB_INLINE Writer(std::int64_t width, std::int64_t height)
-        : streams_(width * height >= kStreamedFromPixels ||
-                   width * height <= -kStreamedFromPixels) {}
-    PXB_INLINE ~Writer() { Widths(streams_).Leave(); }
-    Writer(const Writer&) = delete;
-    Writer& operator=(const Writer&) = delete;
-
-    // For steps that write to these rows, V::kPixels pixels to each.
-    template <class... Row>
-    PXB_INLINE Widths To(Row*... rows) const {
-        return Widths(streams_ && (IsStreamable(rows) && ...));
-    }
-
-  private:
-    bool streams_;
-};
-
-}  // namespace pxb::PXB_TARGET
