@@ -75,26 +75,20 @@ struct Avx512 {
                             _mm512_shuffle_i64x2(a, b, _MM_SHUFFLE(3, 1, 3, 1)));
         }
     }
-    // The last quarter is loaded 16 bytes early, so that nothing behind the pixels is read.
     static PXB_INLINE Pixels LoadBgr(const Byte* src) {
-        const auto widen = [](int i) PXB_INLINE_LAMBDA { return i / 4 * 3 + i % 4; };
-        const __mmask64 samples = 0x7777777777777777;
-        Pixels pixels;
-        for (int i = 0; i < 3; ++i)
-            pixels.quarter[i] =
-                _mm512_maskz_permutexvar_epi8(samples, Indices(widen), LoadAll(src + 48 * i));
-        pixels.quarter[3] = _mm512_maskz_permutexvar_epi8(
-            samples, Indices([=](int i) PXB_INLINE_LAMBDA { return widen(i) + 16; }),
-            LoadAll(src + 128));
+        Pixels pixels = SpreadBgr(src);
+        for (__m512i& quarter : pixels.quarter)
+            quarter = _mm512_and_si512(quarter, _mm512_set1_epi32(0x00FFFFFF));
         return pixels;
     }
     static PXB_INLINE Pixels LoadBgrx(const Byte* src) {
         return {{LoadAll(src), LoadAll(src + 64), LoadAll(src + 128), LoadAll(src + 192)}};
     }
+    // Weighing does not see X.
     template <int kBytesPerPixel>
     static PXB_INLINE Rgb LoadRgb(const Byte* src) {
         if constexpr (kBytesPerPixel == 3)
-            return LoadBgr(src);
+            return SpreadBgr(src);
         else
             return LoadBgrx(src);
     }
@@ -111,13 +105,9 @@ struct Avx512 {
     // A permutation puts each sample into its place in one of three outputs; blends gather them.
     static PXB_INLINE void StoreBgr(Byte* dst, Bytes b, Bytes g, Bytes r) {
         const __m512i bs = Place<0>(b.all), gs = Place<1>(g.all), rs = Place<2>(r.all);
-        const __mmask64 second = 0x2492492492492492, third = 0x4924924924924924;
-        const auto gather = [&](__m512i x, __m512i y, __m512i z) PXB_INLINE_LAMBDA {
-            return _mm512_mask_blend_epi8(third, _mm512_mask_blend_epi8(second, x, y), z);
-        };
-        StoreAll(dst, gather(bs, gs, rs));
-        StoreAll(dst + 64, gather(gs, rs, bs));
-        StoreAll(dst + 128, gather(rs, bs, gs));
+        StoreAll(dst, InTurn(bs, gs, rs));
+        StoreAll(dst + 64, InTurn(gs, rs, bs));
+        StoreAll(dst + 128, InTurn(rs, bs, gs));
     }
     static PXB_INLINE void StoreBgr0(Byte* dst, Bytes b, Bytes g, Bytes r) {
         const __m512i zero = _mm512_setzero_si512();
@@ -177,18 +167,25 @@ struct Avx512 {
             sums.quarter[i] = Dot<kB, kG, kR>(above.quarter[i], b.quarter[i]);
         return sums;
     }
+    // Each 128-bit block of `pairs` has two sums of u and then two of v.
     template <int kRows>
     static PXB_INLINE Bytes PairUp(const Sums<kRows>& u, const Sums<kRows>& v) {
         Pixels pairs;
         for (int i = 0; i < 4; ++i) {
-            const __m512i even =
-                _mm512_mask_shuffle_epi32(u.quarter[i], 0xAAAA, v.quarter[i], _MM_PERM_CDAB);
-            const __m512i odd =
-                _mm512_mask_shuffle_epi32(v.quarter[i], 0x5555, u.quarter[i], _MM_PERM_CDAB);
-            pairs.quarter[i] = _mm512_srli_epi32(_mm512_add_epi32(even, odd), kRows - 1);
+            const __m512 us = _mm512_castsi512_ps(u.quarter[i]);
+            const __m512 vs = _mm512_castsi512_ps(v.quarter[i]);
+            const __m512 even = _mm512_shuffle_ps(us, vs, _MM_SHUFFLE(2, 0, 2, 0));
+            const __m512 odd = _mm512_shuffle_ps(us, vs, _MM_SHUFFLE(3, 1, 3, 1));
+            const __m512i sums =
+                _mm512_add_epi32(_mm512_castps_si512(even), _mm512_castps_si512(odd));
+            pairs.quarter[i] = _mm512_srli_epi32(sums, kRows - 1);
         }
-        const __m512i half = _mm512_set1_epi8(static_cast<char>(128));
-        return {_mm512_xor_si512(NarrowByte<1>(pairs).all, half)};
+        const auto second_bytes = [](int i) PXB_INLINE_LAMBDA {
+            const int lane = i % 32 / 4 * 4 + i % 2 * 2 + i / 2 % 2;
+            return lane * 4 + 1;
+        };
+        return {_mm512_xor_si512(PickHalves(pairs, second_bytes),
+                                 _mm512_set1_epi8(static_cast<char>(128)))};
     }
 
     static PXB_INLINE Weights FactorU(int u) { return FactorUv(u, 0); }
@@ -213,10 +210,7 @@ struct Avx512 {
     }
     template <int kByte>
     static PXB_INLINE Bytes NarrowByte(const Pixels& a) {
-        const auto byte = [](int i) PXB_INLINE_LAMBDA { return i % 32 * 4 + kByte; };
-        const __m512i low = Pick(a.quarter[0], a.quarter[1], byte);
-        const __m512i high = Pick(a.quarter[2], a.quarter[3], byte);
-        return {_mm512_mask_blend_epi64(0xF0, low, high)};
+        return {PickHalves(a, [](int i) PXB_INLINE_LAMBDA { return i % 32 * 4 + kByte; })};
     }
 
     static PXB_INLINE Words Add(Words a, Words b) { return {_mm512_add_epi16(a.all, b.all)}; }
@@ -266,6 +260,32 @@ struct Avx512 {
     template <class At>
     static PXB_INLINE __m512i Pick(__m512i a, __m512i b, At at) {
         return _mm512_permutex2var_epi8(a, Indices(at), b);
+    }
+    // The first half picked from quarters 0 and 1, the second one from 2 and 3.
+    template <class At>
+    static PXB_INLINE __m512i PickHalves(const Pixels& a, At at) {
+        const __m512i low = Pick(a.quarter[0], a.quarter[1], at);
+        const __m512i high = Pick(a.quarter[2], a.quarter[3], at);
+        return _mm512_inserti64x4(low, _mm512_castsi512_si256(high), 1);
+    }
+    // Pixels of 3 bytes to 4, the last of which may be anything. The last quarter is loaded 16
+    // bytes early, so that nothing behind the pixels is read.
+    static PXB_INLINE Pixels SpreadBgr(const Byte* src) {
+        const auto spread = [](int i) PXB_INLINE_LAMBDA { return i / 4 * 3 + i % 4; };
+        const auto late = [=](int i) PXB_INLINE_LAMBDA { return (spread(i) + 16) % 64; };
+        Pixels pixels;
+        for (int i = 0; i < 3; ++i)
+            pixels.quarter[i] = _mm512_permutexvar_epi8(Indices(spread), LoadAll(src + 48 * i));
+        pixels.quarter[3] = _mm512_permutexvar_epi8(Indices(late), LoadAll(src + 128));
+        return pixels;
+    }
+    // Byte i of x, y or z, in turn.
+    static PXB_INLINE __m512i InTurn(__m512i x, __m512i y, __m512i z) {
+        constexpr int kSecondWhereThird = 0b11011000;  // truth table: third ? second : first
+        const __m512i ys = Indices([](int i) PXB_INLINE_LAMBDA { return i % 3 == 1 ? -1 : 0; });
+        const __m512i zs = Indices([](int i) PXB_INLINE_LAMBDA { return i % 3 == 2 ? -1 : 0; });
+        return _mm512_ternarylogic_epi64(_mm512_ternarylogic_epi64(x, y, ys, kSecondWhereThird), z,
+                                         zs, kSecondWhereThird);
     }
     template <int kStore>
     static PXB_INLINE __m512i Deal(__m512i a) {
