@@ -5,7 +5,7 @@ set(PXB_SIMD_FLAGS_sse2 -msse2)
 set(PXB_SIMD_FLAGS_avx2 -mavx2)
 # Tuned, or GCC 12 spills pointers to mask registers on 32 bits; and it warns within its own header.
 set(PXB_SIMD_FLAGS_avx512 -mavx512vl -mavx512bw -mavx512vbmi -mavx512vnni -mtune=icelake-server
-    -Wno-maybe-uninitialized)
+    -mprefer-vector-width=512 -Wno-maybe-uninitialized)
 if(PXB_X86_32)  # no SIMD register outside the kernels
     set(PXB_SIMD_FLAGS_baseline -mno-sse -mno-mmx)
     set(PXB_SIMD_FLAGS_mmx -mmmx -mno-sse)

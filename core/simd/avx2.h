@@ -278,7 +278,7 @@ struct Avx2 {
 
   private:
     static PXB_INLINE __m256i LoadAll(const Byte* src) {
-        PrefetchAhead(src);
+        if (kStreams) PrefetchAhead(src);
         return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(src));
     }
     // StoreBgr0 wants dealt lanes; Gather undoes it.
@@ -305,7 +305,7 @@ struct Avx2 {
         return _mm256_permute4x64_epi64(a, _MM_SHUFFLE(3, 1, 2, 0));
     }
     static PXB_INLINE __m128i LoadBlock(const Byte* src) {
-        PrefetchAhead(src);
+        if (kStreams) PrefetchAhead(src);
         return _mm_loadu_si128(reinterpret_cast<const __m128i*>(src));
     }
     static PXB_INLINE Uv Signed(__m256i uv) {

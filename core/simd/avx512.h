@@ -228,11 +228,11 @@ struct Avx512 {
 
   private:
     static PXB_INLINE __m512i LoadAll(const Byte* src) {
-        PrefetchAhead(src);
+        if (kStreams) PrefetchAhead(src);
         return _mm512_loadu_si512(src);
     }
     static PXB_INLINE __m512i LoadHalf(const Byte* src) {
-        PrefetchAhead(src);
+        if (kStreams) PrefetchAhead(src);
         return _mm512_castsi256_si512(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(src)));
     }
     static PXB_INLINE void StoreAll(Byte* dst, __m512i a) {

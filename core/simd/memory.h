@@ -20,8 +20,8 @@ PXB_INLINE bool IsStreamable(const Byte* row) {
     return reinterpret_cast<std::uintptr_t>(row) % kStreamedAlignment == 0;
 }
 
-// Conversions read up to four rows at once, more than the processor foresees by itself. An address
-// outside the image does no harm.
+// For what is not in the caches: conversions read up to four rows at once, more than the processor
+// foresees by itself. An address outside the image does no harm.
 PXB_INLINE void PrefetchAhead(const Byte* src) {
     __builtin_prefetch(src + 1024);
 }
