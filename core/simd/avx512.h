@@ -25,9 +25,16 @@ struct Avx512 {
         __m512i quarter[4];  // 16 pixels each
     };
     using Rgb = Pixels;
-    template <int kRows>
-    struct Sums {
-        __m512i quarter[4];  // a 32-bit lane for each column
+    template <int kB, int kG, int kR, int kRows>
+    struct Sums {  // not computed yet: PairUp does so quarter by quarter, to need fewer registers
+        const Rgb* rows[2];
+        static constexpr int kCount = kRows;
+
+        PXB_INLINE __m512i Quarter(int i) const {  // a 32-bit lane for each column
+            __m512i sum = Dot<kB, kG, kR>(_mm512_setzero_si512(), rows[0]->quarter[i]);
+            if (kRows == 2) sum = Dot<kB, kG, kR>(sum, rows[1]->quarter[i]);
+            return sum;
+        }
     };
     struct Uv {
         __m512i all;  // signed bytes u, v in each 16-bit lane
@@ -153,32 +160,25 @@ struct Avx512 {
         return NarrowByte<1>(sums);
     }
     template <int kB, int kG, int kR>
-    static PXB_INLINE Sums<1> WeighPairs(const Rgb& a) {
-        Sums<1> sums;
-        for (int i = 0; i < 4; ++i)
-            sums.quarter[i] = Dot<kB, kG, kR>(_mm512_setzero_si512(), a.quarter[i]);
-        return sums;
+    static PXB_INLINE Sums<kB, kG, kR, 1> WeighPairs(const Rgb& a) {
+        return {{&a, nullptr}};
     }
     template <int kB, int kG, int kR>
-    static PXB_INLINE Sums<2> WeighPairs(const Rgb& a, const Rgb& b) {
-        const Sums<1> above = WeighPairs<kB, kG, kR>(a);
-        Sums<2> sums;
-        for (int i = 0; i < 4; ++i)
-            sums.quarter[i] = Dot<kB, kG, kR>(above.quarter[i], b.quarter[i]);
-        return sums;
+    static PXB_INLINE Sums<kB, kG, kR, 2> WeighPairs(const Rgb& a, const Rgb& b) {
+        return {{&a, &b}};
     }
     // Each 128-bit block of `pairs` has two sums of u and then two of v.
-    template <int kRows>
-    static PXB_INLINE Bytes PairUp(const Sums<kRows>& u, const Sums<kRows>& v) {
+    template <class SumsU, class SumsV>
+    static PXB_INLINE Bytes PairUp(const SumsU& u, const SumsV& v) {
         Pixels pairs;
         for (int i = 0; i < 4; ++i) {
-            const __m512 us = _mm512_castsi512_ps(u.quarter[i]);
-            const __m512 vs = _mm512_castsi512_ps(v.quarter[i]);
+            const __m512 us = _mm512_castsi512_ps(u.Quarter(i));
+            const __m512 vs = _mm512_castsi512_ps(v.Quarter(i));
             const __m512 even = _mm512_shuffle_ps(us, vs, _MM_SHUFFLE(2, 0, 2, 0));
             const __m512 odd = _mm512_shuffle_ps(us, vs, _MM_SHUFFLE(3, 1, 3, 1));
             const __m512i sums =
                 _mm512_add_epi32(_mm512_castps_si512(even), _mm512_castps_si512(odd));
-            pairs.quarter[i] = _mm512_srli_epi32(sums, kRows - 1);
+            pairs.quarter[i] = _mm512_srli_epi32(sums, SumsU::kCount - 1);
         }
         const auto second_bytes = [](int i) PXB_INLINE_LAMBDA {
             const int lane = i % 32 / 4 * 4 + i % 2 * 2 + i / 2 % 2;
