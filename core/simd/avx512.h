@@ -21,6 +21,9 @@ struct Avx512 {
     struct Words {
         __m512i all;
     };
+    struct Apart {
+        __m512i all;  // Bytes, the even ones of each 128-bit block before its odd ones
+    };
     struct Pixels {
         __m512i quarter[4];  // 16 pixels each
     };
@@ -52,7 +55,6 @@ struct Avx512 {
     }
     static PXB_INLINE Words Factor(int value) {
         Words words = Set(value);
-        __asm__("" : "+v"(words.all));
         return words;
     }
 
@@ -111,10 +113,13 @@ struct Avx512 {
     }
     // A permutation puts each sample into its place in one of three outputs; blends gather them.
     static PXB_INLINE void StoreBgr(Byte* dst, Bytes b, Bytes g, Bytes r) {
-        const __m512i bs = Place<0>(b.all), gs = Place<1>(g.all), rs = Place<2>(r.all);
-        StoreAll(dst, InTurn(bs, gs, rs));
-        StoreAll(dst + 64, InTurn(gs, rs, bs));
-        StoreAll(dst + 128, InTurn(rs, bs, gs));
+        const auto in_order = [](int i) PXB_INLINE_LAMBDA { return i; };
+        StoreInTurn(dst, Place<0>(b.all, in_order), Place<1>(g.all, in_order),
+                    Place<2>(r.all, in_order));
+    }
+    static PXB_INLINE void StoreBgr(Byte* dst, Apart b, Apart g, Apart r) {
+        StoreInTurn(dst, Place<0>(b.all, PlaceApart), Place<1>(g.all, PlaceApart),
+                    Place<2>(r.all, PlaceApart));
     }
     static PXB_INLINE void StoreBgr0(Byte* dst, Bytes b, Bytes g, Bytes r) {
         const __m512i zero = _mm512_setzero_si512();
@@ -200,11 +205,16 @@ struct Avx512 {
     static PXB_INLINE Words MulOdd(Bytes a, Words factor) {
         return {_mm512_maddubs_epi16(a.all, _mm512_slli_epi16(factor.all, 8))};
     }
-    static PXB_INLINE Bytes Join(Words even, Words odd) {
-        return {_mm512_shuffle_epi8(Narrow(even, odd).all, Indices([](int i) PXB_INLINE_LAMBDA {
-                                        return i % 16 / 2 + i % 2 * 8;
-                                    }))};
+    template <int kStore>
+    static PXB_INLINE auto Join(Words even, Words odd) {
+        const __m512i apart = Narrow<3>(even, odd).all;
+        if constexpr (kStore == kBgr0)
+            return Bytes{_mm512_shuffle_epi8(
+                apart, Indices([](int i) PXB_INLINE_LAMBDA { return PlaceApart(i) % 16; }))};
+        else
+            return Apart{apart};
     }
+    template <int>
     static PXB_INLINE Bytes Narrow(Words low, Words high) {
         return {_mm512_packus_epi16(low.all, high.all)};
     }
@@ -256,6 +266,12 @@ struct Avx512 {
         }
         (std::make_integer_sequence<int, 64>());
     }
+    // Bit i is at(i). As a plain constant it would be put together in every step on 32 bits.
+    template <class At>
+    static PXB_INLINE __mmask64 Mask(At at) {
+        return _mm512_movepi8_mask(
+            Indices([=](int i) PXB_INLINE_LAMBDA { return at(i) ? -1 : 0; }));
+    }
     // Byte i of the result is byte at(i) of a (0 to 63) or b (64 to 127).
     template <class At>
     static PXB_INLINE __m512i Pick(__m512i a, __m512i b, At at) {
@@ -279,13 +295,18 @@ struct Avx512 {
         pixels.quarter[3] = _mm512_permutexvar_epi8(Indices(late), LoadAll(src + 128));
         return pixels;
     }
+    // Where byte i is in Apart.
+    static constexpr int PlaceApart(int i) { return i / 16 * 16 + i % 16 / 2 + i % 2 * 8; }
+    static PXB_INLINE void StoreInTurn(Byte* dst, __m512i bs, __m512i gs, __m512i rs) {
+        StoreAll(dst, InTurn(bs, gs, rs));
+        StoreAll(dst + 64, InTurn(gs, rs, bs));
+        StoreAll(dst + 128, InTurn(rs, bs, gs));
+    }
     // Byte i of x, y or z, in turn.
     static PXB_INLINE __m512i InTurn(__m512i x, __m512i y, __m512i z) {
-        constexpr int kSecondWhereThird = 0b11011000;  // truth table: third ? second : first
-        const __m512i ys = Indices([](int i) PXB_INLINE_LAMBDA { return i % 3 == 1 ? -1 : 0; });
-        const __m512i zs = Indices([](int i) PXB_INLINE_LAMBDA { return i % 3 == 2 ? -1 : 0; });
-        return _mm512_ternarylogic_epi64(_mm512_ternarylogic_epi64(x, y, ys, kSecondWhereThird), z,
-                                         zs, kSecondWhereThird);
+        const __mmask64 ys = Mask([](int i) PXB_INLINE_LAMBDA { return i % 3 == 1; });
+        const __mmask64 zs = Mask([](int i) PXB_INLINE_LAMBDA { return i % 3 == 2; });
+        return _mm512_mask_blend_epi8(zs, _mm512_mask_blend_epi8(ys, x, y), z);
     }
     template <int kStore>
     static PXB_INLINE __m512i Deal(__m512i a) {
@@ -301,12 +322,12 @@ struct Avx512 {
             return byte / 3 * 4 + byte % 3 - 64 * k;
         });
     }
-    // Sample i of a channel belongs into byte 3 i + channel of 192, here modulo 64.
-    template <int kChannel>
-    static PXB_INLINE __m512i Place(__m512i a) {
-        return _mm512_permutexvar_epi8(Indices([](int i) PXB_INLINE_LAMBDA {
+    // Sample i of a channel, byte at(i) of a, belongs into byte 3 i + channel of 192, here modulo 64.
+    template <int kChannel, class At>
+    static PXB_INLINE __m512i Place(__m512i a, At at) {
+        return _mm512_permutexvar_epi8(Indices([=](int i) PXB_INLINE_LAMBDA {
                                            while (i % 3 != kChannel) i += 64;
-                                           return i / 3;
+                                           return at(i / 3);
                                        }),
                                        a);
     }

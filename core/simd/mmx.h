@@ -161,10 +161,12 @@ struct Mmx {
     static PXB_INLINE Words MulOdd(Bytes a, Words factor) {
         return Mul({_mm_srli_pi16(a.all, 8)}, factor);
     }
+    template <int>
     static PXB_INLINE Bytes Join(Words even, Words odd) {
-        const __m64 apart = Narrow(even, odd).all;
+        const __m64 apart = Narrow<3>(even, odd).all;
         return {_mm_unpacklo_pi8(apart, _mm_srli_si64(apart, 32))};
     }
+    template <int>
     static PXB_INLINE Bytes Narrow(Words low, Words high) {
         return {_mm_packs_pu16(low.all, high.all)};
     }

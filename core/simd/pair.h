@@ -114,8 +114,14 @@ struct Pair {
     }
     static PXB_INLINE Words MulEven(Bytes a, Words factor) { return a.even * factor; }
     static PXB_INLINE Words MulOdd(Bytes a, Words factor) { return a.odd * factor; }
-    static PXB_INLINE Bytes Join(Words even, Words odd) { return Narrow(even, odd); }
-    static PXB_INLINE Bytes Narrow(Words low, Words high) { return {Clamp(low), Clamp(high)}; }
+    template <int>
+    static PXB_INLINE Bytes Join(Words even, Words odd) {
+        return Narrow<3>(even, odd);
+    }
+    template <int>
+    static PXB_INLINE Bytes Narrow(Words low, Words high) {
+        return {Clamp(low), Clamp(high)};
+    }
     template <int kByte>
     static PXB_INLINE Bytes NarrowByte(const Pixels& a) {
         return {a.lanes[0][kByte], a.lanes[1][kByte]};

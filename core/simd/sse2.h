@@ -158,10 +158,12 @@ struct Sse2 {
     static PXB_INLINE Words MulOdd(Bytes a, Words factor) {
         return Mul({_mm_srli_epi16(a.all, 8)}, factor);
     }
+    template <int>
     static PXB_INLINE Bytes Join(Words even, Words odd) {
-        const __m128i apart = Narrow(even, odd).all;
+        const __m128i apart = Narrow<3>(even, odd).all;
         return {_mm_unpacklo_epi8(apart, _mm_srli_si128(apart, 8))};
     }
+    template <int>
     static PXB_INLINE Bytes Narrow(Words low, Words high) {
         return {_mm_packus_epi16(low.all, high.all)};
     }

@@ -8,17 +8,19 @@
 // Load LoadPairs             kPixels bytes; kPixels / 2 bytes of U and of V, as bytes U V U V ...
 // LoadFor<n> LoadYuy2For<n>  kPixels bytes; kPixels pixels Y0 U Y1 V, with u and v for each pixel:
 // UvFor<n>(pairs)            u and v of each pair. On their way to a store of n bytes a pixel that
-//                            may want lanes in an order of its own
+//                            may want lanes in an order of its own, see Join and Narrow
 // LoadBgr LoadBgrx           kPixels pixels of 3 bytes (X becomes 0) or of 4
 // LoadRgb<n>                 kPixels pixels of n bytes, for weighing
 // Store StorePairs StoreYuy2 Bytes; the two planes of U V U V; luma and U V U V as Y0 U Y1 V
 // StoreBgr StoreBgrx         Pixels, as pixels of 3 bytes or of 4
-// StoreBgr StoreBgr0         three Bytes B, G, R, as pixels of 3 bytes, or of 4 with X = 0
+// StoreBgr StoreBgr0         B, G, R from Join, Narrow or Load, as pixels of 3 bytes, or of 4 with
+//                            X = 0
 // FactorU FactorV FactorUv   weights of u = U - 128 and v = V - 128, each 0 to 255
 // Weigh(uv, weights)         their weighted sum, a Words
 // MulEven MulOdd             every second byte of Bytes times Words, 0 to 127
-// Join(even, odd)            Words to Bytes, clamped to 0..255; undoes MulEven, MulOdd
-// Narrow(low, high)          the same, for the two halves of a LoadYuy2For
+// Join<n>(even, odd)         Words to samples clamped to 0..255, for a store of n bytes a pixel;
+//                            undoes MulEven, MulOdd
+// Narrow<n>(low, high)       the same, for the two halves of a LoadYuy2For
 // Evens(a, b) Odds(a, b)     every second byte of both
 // Average                    (a + b + 1) / 2 of bytes
 // WeighBgr<b, g, r, offset>  ((b B + g G + r R) >> 8) + offset; the weights sum to 256 at most
