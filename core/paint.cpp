@@ -14,15 +14,18 @@ void PaintWords(std::uint8_t* dst, std::uint32_t word, std::size_t count) {
 }
 
 // Patterns that no word holds: the run grows by copies of its own beginning, first by all of it,
-// later by a piece that stays in the first cache.
+// later by a piece that stays in the first cache, or in the second one where the run itself does
+// not.
 void PaintByCopies(std::uint8_t* dst, const Pattern& pattern, std::size_t bytes) {
     // Whole patterns and cache lines, but no whole pages: a copy reads slowly what lies any number
     // of pages before the bytes it has just written.
-    constexpr std::size_t kLargestPiece = 127 * 3 * 64;
+    constexpr std::size_t kSmallPiece = 127 * 3 * 64, kLargePiece = 1023 * 3 * 64;
+    constexpr std::size_t kSecondCache = 1 << 20;
+    const std::size_t largest_piece = bytes < kSecondCache ? kSmallPiece : kLargePiece;
     std::size_t done = std::min(bytes, static_cast<std::size_t>(pattern.size));
     std::memcpy(dst, pattern.bytes, done);
     while (done < bytes) {
-        const std::size_t piece = std::min({done, bytes - done, kLargestPiece});
+        const std::size_t piece = std::min({done, bytes - done, largest_piece});
         std::memcpy(dst + done, dst, piece);
         done += piece;
     }

@@ -121,11 +121,12 @@ TEST(FillColor, PaintsWhatEachFormatSays) {
 
 // Long rows, and rows that follow one another without padding, are painted in larger pieces.
 TEST(FillColor, PaintsLargeImages) {
-    constexpr int kSize = (1 << 19) - 1;  // odd, so that rows lie at any alignment
+    constexpr int kSize = (1 << 21) - 1;  // odd, so that rows lie at any alignment
     std::vector<Byte> memory(kSize);
     for (int format = PXB_RGB24; format <= PXB_YUV422; ++format)
-        for (const Shape shape : {Shape{301, 301, 0, false}, Shape{301, 301, 3, false},
-                                  Shape{20001, 5, 7, false}, Shape{20001, 5, 7, true}}) {
+        for (const Shape shape :
+             {Shape{301, 301, 0, false}, Shape{301, 301, 3, false}, Shape{20001, 5, 7, false},
+              Shape{20001, 5, 7, true}, Shape{641, 641, 0, false}}) {
             if (shape.bottom_up && IsPlanar(format)) continue;
             ExpectPainted(memory.data(), kSize, format, shape);
             if (HasFatalFailure()) return;
