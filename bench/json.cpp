@@ -37,12 +37,14 @@ json ResultToJson(const Result& result) {
     if (!result.fault.empty()) row["fault"] = result.fault;
     if (result.series.empty()) return row;
     for (const Series& series : result.series) row["competitors"].push_back(SeriesToJson(series));
-    row["ratio_to_library"] = RatioToJson(RatioTo(Kind::kPeer, result));
-    row["ratio_to_copy"] = RatioToJson(RatioTo(Kind::kCopy, result));
-    if (const std::optional<Verdict> verdict = Judge(result)) {
-        row["target"] = verdict->target;
-        row["reached"] = verdict->reached;
-    }
+    row["ratio_to_library"] = RatioToJson(RatioTo(Kind::kPeer, Widest(result), result));
+    row["ratio_to_copy"] = RatioToJson(RatioTo(Kind::kCopy, Widest(result), result));
+    for (const Series* ours : Judged(result))
+        if (const std::optional<Verdict> verdict = Judge(*ours, result))
+            row["targets"].push_back({{"variant", ours->name},
+                                      {"target", verdict->target},
+                                      {"ratio", RatioToJson(verdict->ratio)},
+                                      {"reached", verdict->reached}});
     return row;
 }
 

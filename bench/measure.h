@@ -44,21 +44,25 @@ std::vector<std::string> VariantNames();
 
 const Series& Widest(const Result& result);
 
-// How many times as fast as a competitor our widest variant is, over the rounds.
+// Those of our variants that targets are for: AVX2 and wider, or the widest where it is less.
+std::vector<const Series*> Judged(const Result& result);
+
+// How many times as fast as a competitor one of our variants is, over the rounds.
 struct Ratio {
     std::string against;
     double median, lower_quartile;
 };
 
-// The fastest of the kind; empty where there is none.
-std::optional<Ratio> RatioTo(Kind kind, const Result& result);
+// Against the fastest of the kind; empty where there is none.
+std::optional<Ratio> RatioTo(Kind kind, const Series& ours, const Result& result);
 
 struct Verdict {
     double target;
+    Ratio ratio;
     bool reached;
 };
 
 // Empty where there is no target, or nothing to hold the row against. Targets are for 64 bits.
-std::optional<Verdict> Judge(const Result& result);
+std::optional<Verdict> Judge(const Series& ours, const Result& result);
 
 }  // namespace pxb::bench
