@@ -14,7 +14,7 @@ void ConvertYuv420ToYuy2(Byte* dst, std::int32_t dst_stride, const Byte* y, cons
         [&](Byte* d0, Byte* d1, const Byte* y0, const Byte* y1, const Byte* pu, const Byte* pv)
             PXB_INLINE_LAMBDA {
                 write.To(d0, d1).ForPixels(width, [=]<class V>(std::ptrdiff_t x) PXB_INLINE_LAMBDA {
-                    const auto pairs = V::LoadPairs(pu + x / 2, pv + x / 2);
+                    const auto pairs = V::template LoadPairsFor<0>(pu + x / 2, pv + x / 2);
                     V::StoreYuy2(d0 + 2 * x, V::Load(y0 + x), pairs);
                     V::StoreYuy2(d1 + 2 * x, V::Load(y1 + x), pairs);
                 });
@@ -58,7 +58,8 @@ void ConvertYuv422ToYuy2(const Byte* y, const Byte* u, const Byte* v, Byte* yuy2
     const std::ptrdiff_t pixels = std::ptrdiff_t{2} * height * half_width;
     const Writer write(pixels, 1);
     write.To(yuy2).ForPixels(pixels, [=]<class V>(std::ptrdiff_t x) PXB_INLINE_LAMBDA {
-        V::StoreYuy2(yuy2 + 2 * x, V::Load(y + x), V::LoadPairs(u + x / 2, v + x / 2));
+        V::StoreYuy2(yuy2 + 2 * x, V::Load(y + x),
+                     V::template LoadPairsFor<0>(u + x / 2, v + x / 2));
     });
 }
 

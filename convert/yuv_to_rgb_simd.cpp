@@ -101,16 +101,16 @@ PXB_INLINE void ShadeYuy2(Byte* dst, const Byte* src, const Coefficients<V>& k) 
 
 // Where planar chroma comes from: two planes, or one of pairs U V.
 struct TwoPlanes {
-    template <class V>
+    template <int kBytesPerPixel, class V>
     static PXB_INLINE typename V::Bytes Load(const Byte* u, const Byte* v, std::ptrdiff_t x) {
-        return V::LoadPairs(u + x / 2, v + x / 2);
+        return V::template LoadPairsFor<kBytesPerPixel>(u + x / 2, v + x / 2);
     }
 };
 
 struct OnePlane {
-    template <class V>
+    template <int kBytesPerPixel, class V>
     static PXB_INLINE typename V::Bytes Load(const Byte* uv, const Byte*, std::ptrdiff_t x) {
-        return V::Load(uv + x);
+        return V::template LoadFor<kBytesPerPixel>(uv + x);
     }
 };
 
@@ -125,9 +125,8 @@ PXB_INLINE void Convert420(Byte* dst, std::int32_t dst_stride, const Byte* y, co
         [&](Byte* dst0, Byte* dst1, const Byte* y0, const Byte* y1, const Byte* pu,
             const Byte* pv) PXB_INLINE_LAMBDA {
             write.To(dst0, dst1).ForPixels(width, [&]<class V>(std::ptrdiff_t x) PXB_INLINE_LAMBDA {
-                const auto pairs = Source::template Load<V>(pu, pv, x);
-                const Chroma<V> chroma(V::template UvFor<kBytesPerPixel>(pairs), k);
-                const Chroma<V> less = LessBlack<V>(chroma, k);
+                const auto pairs = Source::template Load<kBytesPerPixel, V>(pu, pv, x);
+                const Chroma<V> less = LessBlack<V>(Chroma<V>(V::UvOf(pairs), k), k);
                 ShadeRowOf420<kBytesPerPixel, V>(dst0 + kBytesPerPixel * x, y0 + x, less, k);
                 ShadeRowOf420<kBytesPerPixel, V>(dst1 + kBytesPerPixel * x, y1 + x, less, k);
             });
@@ -183,7 +182,7 @@ void ConvertAyuv32ToRgb32(Byte* dst, std::int32_t dst_stride, const Byte* src,
                     const auto byte = [=](int i) PXB_INLINE_LAMBDA {
                         return static_cast<int>(ayuv >> 8 * i & 0xFF);
                     };
-                    const Chroma<Pair> chroma(Pair::UvFor<4>({byte(2), byte(3)}), k);
+                    const Chroma<Pair> chroma(Pair::UvOf({byte(2), byte(3)}), k);
                     const auto y = Pair::Sub(Pair::MulEven({byte(1), 0}, k.luma), k.black);
                     const auto pixel = Shade<Pair>(y, chroma);
                     const auto [b, g] = Pair::Narrow<4>(pixel.blue, pixel.green);
@@ -214,8 +213,8 @@ void ConvertYuv422ToRgb24(std::int32_t width, Byte* dst, std::int32_t dst_stride
         width, dst, dst_stride, y, y_stride, u, v, chroma_advance, height,
         [&](Byte* to, const Byte* py, const Byte* pu, const Byte* pv) PXB_INLINE_LAMBDA {
             write.To(to).ForPixels(width, [&]<class V>(std::ptrdiff_t x) PXB_INLINE_LAMBDA {
-                const auto pairs = V::LoadPairs(pu + x / 2, pv + x / 2);
-                const Chroma<V> chroma(V::template UvFor<3>(pairs), k);
+                const auto pairs = V::template LoadPairsFor<3>(pu + x / 2, pv + x / 2);
+                const Chroma<V> chroma(V::UvOf(pairs), k);
                 ShadeRowOf422<3, V>(to + 3 * x, py + x, chroma, k);
             });
         });

@@ -64,14 +64,12 @@ struct Avx2 {
     static PXB_INLINE Bytes LoadFor(const Byte* src) {
         return Load(src);
     }
-    static PXB_INLINE Bytes LoadPairs(const Byte* u, const Byte* v) {
+    template <int>
+    static PXB_INLINE Bytes LoadPairsFor(const Byte* u, const Byte* v) {
         const __m128i us = LoadBlock(u), vs = LoadBlock(v);
         return {_mm256_set_m128i(_mm_unpackhi_epi8(us, vs), _mm_unpacklo_epi8(us, vs))};
     }
-    template <int>
-    static PXB_INLINE Uv UvFor(Bytes pairs) {
-        return Signed(pairs.all);
-    }
+    static PXB_INLINE Uv UvOf(Bytes pairs) { return Signed(pairs.all); }
     template <int kStore>
     static PXB_INLINE Yuy2 LoadYuy2For(const Byte* src) {
         const __m256i a = LoadAll(src), b = LoadAll(src + 32);

@@ -21,8 +21,10 @@ struct Avx512 {
     struct Words {
         __m512i all;
     };
-    struct Apart {
-        __m512i all;  // Bytes, the even ones of each 128-bit block before its odd ones
+    // Bytes in another order, as packing leaves them: byte i is in place kPlace(i).
+    template <int (*kPlace)(int)>
+    struct Packed {
+        __m512i all;
     };
     struct Pixels {
         __m512i quarter[4];  // 16 pixels each
@@ -62,27 +64,27 @@ struct Avx512 {
     // StoreBgr0 wants lanes "dealt": groups of four pixels in the four 128-bit blocks in turn.
     template <int kStore>
     static PXB_INLINE Bytes LoadFor(const Byte* src) {
-        return {Deal<kStore>(LoadAll(src))};
-    }
-    static PXB_INLINE Bytes LoadPairs(const Byte* u, const Byte* v) {
-        return {Pick(LoadHalf(u), LoadHalf(v),
-                     [](int i) PXB_INLINE_LAMBDA { return i / 2 + i % 2 * 64; })};
+        return {Deal<kStore, kSampleGroup>(LoadAll(src))};
     }
     template <int kStore>
-    static PXB_INLINE Uv UvFor(Bytes pairs) {
-        return Signed(Deal<kStore>(pairs.all));
+    static PXB_INLINE Bytes LoadPairsFor(const Byte* u, const Byte* v) {
+        return {Pick(LoadHalf(u), LoadHalf(v), [](int i) PXB_INLINE_LAMBDA {
+            const int byte = PlaceFor<kStore, kSampleGroup>(i);
+            return byte / 2 + byte % 2 * 64;
+        })};
     }
-    // Narrow puts 8 pixels of `low` and 8 of `high` into each 128-bit block.
+    static PXB_INLINE Uv UvOf(Bytes pairs) { return Signed(pairs.all); }
     template <int kStore>
     static PXB_INLINE Yuy2 LoadYuy2For(const Byte* src) {
-        const __m512i a = LoadAll(src), b = LoadAll(src + 64);
-        if constexpr (kStore == kBgr0) {
-            const __m512i deal = _mm512_setr_epi64(0, 4, 1, 5, 2, 6, 3, 7);
-            return SpreadUv(_mm512_permutexvar_epi64(deal, a), _mm512_permutexvar_epi64(deal, b));
-        } else {
-            return SpreadUv(_mm512_shuffle_i64x2(a, b, _MM_SHUFFLE(2, 0, 2, 0)),
-                            _mm512_shuffle_i64x2(a, b, _MM_SHUFFLE(3, 1, 3, 1)));
-        }
+        const __m512i low = LoadAll(src), high = LoadAll(src + 64);
+        const __m512i uv_twice = Indices([](int i) PXB_INLINE_LAMBDA {
+            const int luma = PlaceFor<kStore, kYuy2Group>(i);
+            return luma / 4 * 4 + luma % 2 * 2 + 1;
+        });
+        return {{Deal<kStore, kYuy2Group>(low)},
+                {Deal<kStore, kYuy2Group>(high)},
+                Signed(_mm512_permutexvar_epi8(uv_twice, low)),
+                Signed(_mm512_permutexvar_epi8(uv_twice, high))};
     }
     static PXB_INLINE Pixels LoadBgr(const Byte* src) {
         Pixels pixels = SpreadBgr(src);
@@ -113,13 +115,15 @@ struct Avx512 {
     }
     // A permutation puts each sample into its place in one of three outputs; blends gather them.
     static PXB_INLINE void StoreBgr(Byte* dst, Bytes b, Bytes g, Bytes r) {
-        const auto in_order = [](int i) PXB_INLINE_LAMBDA { return i; };
-        StoreInTurn(dst, Place<0>(b.all, in_order), Place<1>(g.all, in_order),
-                    Place<2>(r.all, in_order));
+        StoreBgr(dst, Packed<InOrder>{b.all}, Packed<InOrder>{g.all}, Packed<InOrder>{r.all});
     }
-    static PXB_INLINE void StoreBgr(Byte* dst, Apart b, Apart g, Apart r) {
-        StoreInTurn(dst, Place<0>(b.all, PlaceApart), Place<1>(g.all, PlaceApart),
-                    Place<2>(r.all, PlaceApart));
+    template <int (*kPlace)(int)>
+    static PXB_INLINE void StoreBgr(Byte* dst, Packed<kPlace> b, Packed<kPlace> g,
+                                    Packed<kPlace> r) {
+        const __m512i bs = Place<0>(b), gs = Place<1>(g), rs = Place<2>(r);
+        StoreAll(dst, InTurn(bs, gs, rs));
+        StoreAll(dst + 64, InTurn(gs, rs, bs));
+        StoreAll(dst + 128, InTurn(rs, bs, gs));
     }
     static PXB_INLINE void StoreBgr0(Byte* dst, Bytes b, Bytes g, Bytes r) {
         const __m512i zero = _mm512_setzero_si512();
@@ -207,16 +211,20 @@ struct Avx512 {
     }
     template <int kStore>
     static PXB_INLINE auto Join(Words even, Words odd) {
-        const __m512i apart = Narrow<3>(even, odd).all;
+        const __m512i apart = _mm512_packus_epi16(even.all, odd.all);
         if constexpr (kStore == kBgr0)
             return Bytes{_mm512_shuffle_epi8(
-                apart, Indices([](int i) PXB_INLINE_LAMBDA { return PlaceApart(i) % 16; }))};
+                apart, Indices([](int i) PXB_INLINE_LAMBDA { return EvensFirst(i) % 16; }))};
         else
-            return Apart{apart};
+            return Packed<EvensFirst>{apart};
     }
-    template <int>
-    static PXB_INLINE Bytes Narrow(Words low, Words high) {
-        return {_mm512_packus_epi16(low.all, high.all)};
+    template <int kStore>
+    static PXB_INLINE auto Narrow(Words low, Words high) {
+        const __m512i bytes = _mm512_packus_epi16(low.all, high.all);
+        if constexpr (kStore == kBgr0)
+            return Bytes{bytes};
+        else
+            return Packed<HalvesInTurn>{bytes};
     }
     template <int kByte>
     static PXB_INLINE Bytes NarrowByte(const Pixels& a) {
@@ -295,24 +303,28 @@ struct Avx512 {
         pixels.quarter[3] = _mm512_permutexvar_epi8(Indices(late), LoadAll(src + 128));
         return pixels;
     }
-    // Where byte i is in Apart.
-    static constexpr int PlaceApart(int i) { return i / 16 * 16 + i % 16 / 2 + i % 2 * 8; }
-    static PXB_INLINE void StoreInTurn(Byte* dst, __m512i bs, __m512i gs, __m512i rs) {
-        StoreAll(dst, InTurn(bs, gs, rs));
-        StoreAll(dst + 64, InTurn(gs, rs, bs));
-        StoreAll(dst + 128, InTurn(rs, bs, gs));
-    }
+    static constexpr int InOrder(int i) { return i; }
+    // In each 128-bit block the even bytes before the odd ones.
+    static constexpr int EvensFirst(int i) { return i / 16 * 16 + i % 16 / 2 + i % 2 * 8; }
+    // In each block 8 bytes of the low half and then 8 of the high one.
+    static constexpr int HalvesInTurn(int i) { return i % 32 / 8 * 16 + i / 32 * 8 + i % 8; }
     // Byte i of x, y or z, in turn.
     static PXB_INLINE __m512i InTurn(__m512i x, __m512i y, __m512i z) {
         const __mmask64 ys = Mask([](int i) PXB_INLINE_LAMBDA { return i % 3 == 1; });
         const __mmask64 zs = Mask([](int i) PXB_INLINE_LAMBDA { return i % 3 == 2; });
         return _mm512_mask_blend_epi8(zs, _mm512_mask_blend_epi8(ys, x, y), z);
     }
-    template <int kStore>
+    // Four pixels take so many bytes.
+    static constexpr int kSampleGroup = 4, kYuy2Group = 8;
+    // Where byte i on its way to a store of kStore bytes a pixel comes from.
+    template <int kStore, int kGroup>
+    static constexpr int PlaceFor(int i) {
+        return kStore == kBgr0 ? (i % 16 / kGroup * 4 + i / 16) * kGroup + i % kGroup : i;
+    }
+    template <int kStore, int kGroup>
     static PXB_INLINE __m512i Deal(__m512i a) {
         if (kStore != kBgr0) return a;
-        return _mm512_permutexvar_epi32(
-            _mm512_setr_epi32(0, 4, 8, 12, 1, 5, 9, 13, 2, 6, 10, 14, 3, 7, 11, 15), a);
+        return _mm512_permutexvar_epi8(Indices(PlaceFor<kStore, kGroup>), a);
     }
     // Bytes 64 k to 64 k + 63 of the pixels without X. They come from quarters k and k + 1.
     template <int k>
@@ -322,14 +334,14 @@ struct Avx512 {
             return byte / 3 * 4 + byte % 3 - 64 * k;
         });
     }
-    // Sample i of a channel, byte at(i) of a, belongs into byte 3 i + channel of 192, here modulo 64.
-    template <int kChannel, class At>
-    static PXB_INLINE __m512i Place(__m512i a, At at) {
-        return _mm512_permutexvar_epi8(Indices([=](int i) PXB_INLINE_LAMBDA {
+    // Sample i of a channel belongs into byte 3 i + channel of 192, here modulo 64.
+    template <int kChannel, int (*kPlace)(int)>
+    static PXB_INLINE __m512i Place(Packed<kPlace> a) {
+        return _mm512_permutexvar_epi8(Indices([](int i) PXB_INLINE_LAMBDA {
                                            while (i % 3 != kChannel) i += 64;
-                                           return at(i / 3);
+                                           return kPlace(i / 3);
                                        }),
-                                       a);
+                                       a.all);
     }
     template <int kB, int kG, int kR>
     static PXB_INLINE __m512i Dot(__m512i sum, __m512i pixels) {
@@ -339,14 +351,6 @@ struct Avx512 {
     }
     static PXB_INLINE Uv Signed(__m512i uv) {
         return {_mm512_xor_si512(uv, _mm512_set1_epi8(static_cast<char>(0x80)))};
-    }
-    static PXB_INLINE Yuy2 SpreadUv(__m512i low, __m512i high) {
-        const __m512i twice =
-            Indices([](int i) PXB_INLINE_LAMBDA { return i % 16 / 4 * 4 + i % 2 * 2 + 1; });
-        return {{low},
-                {high},
-                Signed(_mm512_shuffle_epi8(low, twice)),
-                Signed(_mm512_shuffle_epi8(high, twice))};
     }
 };
 

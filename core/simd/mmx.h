@@ -45,14 +45,14 @@ struct Mmx {
     static PXB_INLINE Bytes LoadFor(const Byte* src) {
         return Load(src);
     }
-    static PXB_INLINE Bytes LoadPairs(const Byte* u, const Byte* v) {
+    template <int>
+    static PXB_INLINE Bytes LoadPairsFor(const Byte* u, const Byte* v) {
         int us, vs;
         __builtin_memcpy(&us, u, sizeof us);
         __builtin_memcpy(&vs, v, sizeof vs);
         return {_mm_unpacklo_pi8(_mm_cvtsi32_si64(us), _mm_cvtsi32_si64(vs))};
     }
-    template <int>
-    static PXB_INLINE Uv UvFor(Bytes pairs) {
+    static PXB_INLINE Uv UvOf(Bytes pairs) {
         return {Signed(LowBytes(pairs.all)), Signed({_mm_srli_pi16(pairs.all, 8)})};
     }
     template <int>

@@ -36,14 +36,14 @@ struct Pair {
     static PXB_INLINE Bytes LoadFor(const Byte* src) {
         return Load(src);
     }
-    static PXB_INLINE Bytes LoadPairs(const Byte* u, const Byte* v) { return {*u, *v}; }
     template <int>
-    static PXB_INLINE Uv UvFor(Bytes pairs) {
-        return {pairs.even - 128, pairs.odd - 128};
+    static PXB_INLINE Bytes LoadPairsFor(const Byte* u, const Byte* v) {
+        return {*u, *v};
     }
+    static PXB_INLINE Uv UvOf(Bytes pairs) { return {pairs.even - 128, pairs.odd - 128}; }
     template <int>
     static PXB_INLINE Yuy2 LoadYuy2For(const Byte* src) {
-        const Uv uv = UvFor<0>(LoadPairs(src + 1, src + 3));
+        const Uv uv = UvOf(LoadPairsFor<0>(src + 1, src + 3));
         return {Load(src), Load(src + 2), uv, uv};
     }
     static PXB_INLINE Pixels LoadBgr(const Byte* src) {

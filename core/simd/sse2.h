@@ -49,12 +49,12 @@ struct Sse2 {
     static PXB_INLINE Bytes LoadFor(const Byte* src) {
         return Load(src);
     }
-    static PXB_INLINE Bytes LoadPairs(const Byte* u, const Byte* v) {
+    template <int>
+    static PXB_INLINE Bytes LoadPairsFor(const Byte* u, const Byte* v) {
         return {_mm_unpacklo_epi8(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(u)),
                                   _mm_loadl_epi64(reinterpret_cast<const __m128i*>(v)))};
     }
-    template <int>
-    static PXB_INLINE Uv UvFor(Bytes pairs) {
+    static PXB_INLINE Uv UvOf(Bytes pairs) {
         return {Signed(LowBytes(pairs.all)), Signed({_mm_srli_epi16(pairs.all, 8)})};
     }
     template <int>

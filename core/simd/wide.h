@@ -5,10 +5,13 @@
 //
 // Set(n) Factor(n)           n in every lane of Words. Factor hides the value from the optimiser,
 //                            which otherwise turns products into shifts and adds
-// Load LoadPairs             kPixels bytes; kPixels / 2 bytes of U and of V, as bytes U V U V ...
-// LoadFor<n> LoadYuy2For<n>  kPixels bytes; kPixels pixels Y0 U Y1 V, with u and v for each pixel:
-// UvFor<n>(pairs)            u and v of each pair. On their way to a store of n bytes a pixel that
-//                            may want lanes in an order of its own, see Join and Narrow
+// Load                       kPixels bytes, in order
+// LoadFor<n>                 kPixels bytes,
+// LoadPairsFor<n>            kPixels / 2 bytes of U and of V as bytes U V U V ...,
+// LoadYuy2For<n>             kPixels pixels Y0 U Y1 V, with u and v for each pixel: on their way to
+//                            a store of n bytes a pixel that may want an order of its own (n = 0:
+//                            none), see Join and Narrow
+// UvOf(pairs)                u and v of bytes U V U V ...
 // LoadBgr LoadBgrx           kPixels pixels of 3 bytes (X becomes 0) or of 4
 // LoadRgb<n>                 kPixels pixels of n bytes, for weighing
 // Store StorePairs StoreYuy2 Bytes; the two planes of U V U V; luma and U V U V as Y0 U Y1 V
