@@ -7,8 +7,8 @@
 namespace pxb::PXB_TARGET {
 namespace {
 
-template <class V>
-PXB_INLINE auto Luma(const typename V::Rgb& pixels) {
+template <class V, class Rgb>
+PXB_INLINE auto Luma(const Rgb& pixels) {
     return V::template WeighBgr<25, 129, 66, 16>(pixels);
 }
 

@@ -29,15 +29,19 @@ struct Avx512 {
     struct Pixels {
         __m512i quarter[4];  // 16 pixels each
     };
-    using Rgb = Pixels;
-    template <int kB, int kG, int kR, int kRows>
+    // RGB to be weighed. Eight registers hold no two rows of pixels: there they stay in memory.
+    template <int kBytesPerPixel>
+    struct Unloaded {
+        const Byte* src;
+    };
+    template <int kB, int kG, int kR, class Rgb, int kRows>
     struct Sums {  // not computed yet: PairUp does so quarter by quarter, to need fewer registers
         const Rgb* rows[2];
         static constexpr int kCount = kRows;
 
         PXB_INLINE __m512i Quarter(int i) const {  // a 32-bit lane for each column
-            __m512i sum = Dot<kB, kG, kR>(_mm512_setzero_si512(), rows[0]->quarter[i]);
-            if (kRows == 2) sum = Dot<kB, kG, kR>(sum, rows[1]->quarter[i]);
+            __m512i sum = Dot<kB, kG, kR>(_mm512_setzero_si512(), QuarterOf(*rows[0], i));
+            if (kRows == 2) sum = Dot<kB, kG, kR>(sum, QuarterOf(*rows[1], i));
             return sum;
         }
     };
@@ -87,21 +91,19 @@ struct Avx512 {
                 Signed(_mm512_permutexvar_epi8(uv_twice, high))};
     }
     static PXB_INLINE Pixels LoadBgr(const Byte* src) {
-        Pixels pixels = SpreadBgr(src);
+        Pixels pixels = LoadQuarters<3>(src);
         for (__m512i& quarter : pixels.quarter)
             quarter = _mm512_and_si512(quarter, _mm512_set1_epi32(0x00FFFFFF));
         return pixels;
     }
-    static PXB_INLINE Pixels LoadBgrx(const Byte* src) {
-        return {{LoadAll(src), LoadAll(src + 64), LoadAll(src + 128), LoadAll(src + 192)}};
-    }
+    static PXB_INLINE Pixels LoadBgrx(const Byte* src) { return LoadQuarters<4>(src); }
     // Weighing does not see X.
     template <int kBytesPerPixel>
-    static PXB_INLINE Rgb LoadRgb(const Byte* src) {
-        if constexpr (kBytesPerPixel == 3)
-            return SpreadBgr(src);
+    static PXB_INLINE auto LoadRgb(const Byte* src) {
+        if constexpr (kFewRegisters)
+            return Unloaded<kBytesPerPixel>{src};
         else
-            return LoadBgrx(src);
+            return LoadQuarters<kBytesPerPixel>(src);
     }
 
     static PXB_INLINE void Store(Byte* dst, Bytes a) { StoreAll(dst, a.all); }
@@ -159,21 +161,22 @@ struct Avx512 {
     static PXB_INLINE Bytes Average(Bytes a, Bytes b) { return {_mm512_avg_epu8(a.all, b.all)}; }
 
     // The weight of G may be more than a signed byte holds: it is added in two halves.
-    template <int kB, int kG, int kR, int kOffset>
+    template <int kB, int kG, int kR, int kOffset, class Rgb>
     static PXB_INLINE Bytes WeighBgr(const Rgb& a) {
         const __m512i offset = _mm512_set1_epi32(kOffset << 8);
         Pixels sums;
-        for (int i = 0; i < 4; ++i)
-            sums.quarter[i] =
-                Dot<0, kG - kG / 2, 0>(Dot<kB, kG / 2, kR>(offset, a.quarter[i]), a.quarter[i]);
+        for (int i = 0; i < 4; ++i) {
+            const __m512i pixels = QuarterOf(a, i);
+            sums.quarter[i] = Dot<0, kG - kG / 2, 0>(Dot<kB, kG / 2, kR>(offset, pixels), pixels);
+        }
         return NarrowByte<1>(sums);
     }
-    template <int kB, int kG, int kR>
-    static PXB_INLINE Sums<kB, kG, kR, 1> WeighPairs(const Rgb& a) {
+    template <int kB, int kG, int kR, class Rgb>
+    static PXB_INLINE Sums<kB, kG, kR, Rgb, 1> WeighPairs(const Rgb& a) {
         return {{&a, nullptr}};
     }
-    template <int kB, int kG, int kR>
-    static PXB_INLINE Sums<kB, kG, kR, 2> WeighPairs(const Rgb& a, const Rgb& b) {
+    template <int kB, int kG, int kR, class Rgb>
+    static PXB_INLINE Sums<kB, kG, kR, Rgb, 2> WeighPairs(const Rgb& a, const Rgb& b) {
         return {{&a, &b}};
     }
     // Each 128-bit block of `pairs` has two sums of u and then two of v.
@@ -245,6 +248,13 @@ struct Avx512 {
     }
 
   private:
+    static constexpr bool kFewRegisters = sizeof(void*) < 8;
+
+    static PXB_INLINE __m512i QuarterOf(const Pixels& a, int i) { return a.quarter[i]; }
+    template <int kBytesPerPixel>
+    static PXB_INLINE __m512i QuarterOf(Unloaded<kBytesPerPixel> a, int i) {
+        return LoadQuarter<kBytesPerPixel>(a.src, i);
+    }
     static PXB_INLINE __m512i LoadAll(const Byte* src) {
         if (kStreams) PrefetchAhead(src);
         return _mm512_loadu_si512(src);
@@ -292,15 +302,20 @@ struct Avx512 {
         const __m512i high = Pick(a.quarter[2], a.quarter[3], at);
         return _mm512_inserti64x4(low, _mm512_castsi512_si256(high), 1);
     }
-    // Pixels of 3 bytes to 4, the last of which may be anything. The last quarter is loaded 16
-    // bytes early, so that nothing behind the pixels is read.
-    static PXB_INLINE Pixels SpreadBgr(const Byte* src) {
-        const auto spread = [](int i) PXB_INLINE_LAMBDA { return i / 4 * 3 + i % 4; };
-        const auto late = [=](int i) PXB_INLINE_LAMBDA { return (spread(i) + 16) % 64; };
+    // 16 pixels. Those of 3 bytes become 4, the last of which may be anything. Their last quarter is
+    // loaded 16 bytes early, so that nothing behind the pixels is read.
+    template <int kBytesPerPixel>
+    static PXB_INLINE __m512i LoadQuarter(const Byte* src, int i) {
+        if (kBytesPerPixel == 4) return LoadAll(src + 64 * i);
+        const auto spread = [](int byte) PXB_INLINE_LAMBDA { return byte / 4 * 3 + byte % 4; };
+        const auto late = [=](int byte) PXB_INLINE_LAMBDA { return (spread(byte) + 16) % 64; };
+        if (i == 3) return _mm512_permutexvar_epi8(Indices(late), LoadAll(src + 128));
+        return _mm512_permutexvar_epi8(Indices(spread), LoadAll(src + 48 * i));
+    }
+    template <int kBytesPerPixel>
+    static PXB_INLINE Pixels LoadQuarters(const Byte* src) {
         Pixels pixels;
-        for (int i = 0; i < 3; ++i)
-            pixels.quarter[i] = _mm512_permutexvar_epi8(Indices(spread), LoadAll(src + 48 * i));
-        pixels.quarter[3] = _mm512_permutexvar_epi8(Indices(late), LoadAll(src + 128));
+        for (int i = 0; i < 4; ++i) pixels.quarter[i] = LoadQuarter<kBytesPerPixel>(src, i);
         return pixels;
     }
     static constexpr int InOrder(int i) { return i; }
