@@ -37,8 +37,12 @@ struct Avx2 {
     struct Dealt {
         __m256i all;  // Bytes, dealt
     };
-    struct Sums {
-        __m256i all;
+    struct RowSums {
+        __m256i all;  // 16 bits hold the weighed sum of two neighbours,
+    };
+    template <int kB, int kR>
+    struct BlockSums {  // but not that of four: their channels are still to be weighed
+        __m256i b_less_g, g_less_r;
     };
     struct Uv {
         __m256i all;  // signed bytes u, v in each 16-bit lane
@@ -204,26 +208,23 @@ struct Avx2 {
             _mm256_packus_epi16(_mm256_srli_epi16(low, 8), _mm256_srli_epi16(high, 8));
         return {_mm256_add_epi8(dealt, _mm256_set1_epi8(kOffset))};
     }
-    // The sum x of two neighbours fits 16 bits with sign. Kept as 32767 - x without sign, it has in
-    // its high byte the complement of (x >> 8) + 128; and the rounded average of two such words is
-    // exactly 32767 - ((x + y) >> 1), where the sum itself would not fit.
     template <int kB, int kG, int kR>
-    static PXB_INLINE Sums WeighPairs(const Rgb& a) {
-        const auto product = [](__m256i channel, int weight) PXB_INLINE_LAMBDA {
-            return _mm256_maddubs_epi16(channel, _mm256_set1_epi8(static_cast<char>(-weight)));
-        };
-        const __m256i bg = _mm256_add_epi16(product(a.b, kB), product(a.g, kG));
-        return {_mm256_add_epi16(bg, _mm256_add_epi16(product(a.r, kR), Set(32767).all))};
+    static PXB_INLINE RowSums WeighPairs(const Rgb& a) {
+        return {_mm256_add_epi16(_mm256_add_epi16(SumPairs<kB>(a.b), SumPairs<kG>(a.g)),
+                                 SumPairs<kR>(a.r))};
     }
+    // Weights that sum to 0 weigh differences of channels: two of them instead of three channels.
     template <int kB, int kG, int kR>
-    static PXB_INLINE Sums WeighPairs(const Rgb& a, const Rgb& b) {
-        return {_mm256_avg_epu16(WeighPairs<kB, kG, kR>(a).all, WeighPairs<kB, kG, kR>(b).all)};
+    static PXB_INLINE BlockSums<kB, kR> WeighPairs(const Rgb& top, const Rgb& bottom) {
+        static_assert(kB + kG + kR == 0);
+        const __m256i b = _mm256_add_epi16(SumPairs<1>(top.b), SumPairs<1>(bottom.b));
+        const __m256i g = _mm256_add_epi16(SumPairs<1>(top.g), SumPairs<1>(bottom.g));
+        const __m256i r = _mm256_add_epi16(SumPairs<1>(top.r), SumPairs<1>(bottom.r));
+        return {_mm256_sub_epi16(b, g), _mm256_sub_epi16(g, r)};
     }
-    static PXB_INLINE Dealt PairUp(Sums u, Sums v) {
-        const __m256i high = _mm256_set1_epi16(static_cast<short>(0xFF00));
-        const __m256i pairs =
-            _mm256_or_si256(_mm256_srli_epi16(u.all, 8), _mm256_and_si256(v.all, high));
-        return {_mm256_xor_si256(pairs, _mm256_set1_epi8(-1))};
+    template <class SumsU, class SumsV>
+    static PXB_INLINE Dealt PairUp(const SumsU& u, const SumsV& v) {
+        return {_mm256_xor_si256(HighBytes(u, v), _mm256_set1_epi8(static_cast<char>(128)))};
     }
 
     static PXB_INLINE Weights FactorU(int u) { return FactorUv(u, 0); }
@@ -334,6 +335,39 @@ struct Avx2 {
         const __m256i zs =
             TwiceInBlocks([](int i) PXB_INLINE_LAMBDA { return i % 3 == 2 ? -1 : 0; });
         return _mm256_blendv_epi8(_mm256_blendv_epi8(x, y, ys), z, zs);
+    }
+    // Of neighbours, times the weight.
+    template <int kWeight>
+    static PXB_INLINE __m256i SumPairs(__m256i a) {
+        return _mm256_maddubs_epi16(a, _mm256_set1_epi8(kWeight));
+    }
+    // Bytes U V U V ... of the sums.
+    static PXB_INLINE __m256i HighBytes(RowSums u, RowSums v) {
+        return _mm256_blendv_epi8(_mm256_srli_epi16(u.all, 8), v.all, Set(0xFF00).all);
+    }
+    template <int kBu, int kRu, int kBv, int kRv>
+    static PXB_INLINE __m256i HighBytes(const BlockSums<kBu, kRu>& u,
+                                        const BlockSums<kBv, kRv>& v) {
+        const auto pairs = [](__m256i us, __m256i vs) PXB_INLINE_LAMBDA {
+            return _mm256_blend_epi16(_mm256_srli_epi32(us, 16), vs, 0b10101010);
+        };
+        return _mm256_packs_epi16(pairs(WeighLow(u), WeighLow(v)),
+                                  pairs(WeighHigh(u), WeighHigh(v)));
+    }
+    // In 32 bits, times 128: the upper 16 are the sum >> 9.
+    template <int kB, int kR>
+    static PXB_INLINE __m256i WeighLow(const BlockSums<kB, kR>& sums) {
+        return _mm256_madd_epi16(_mm256_unpacklo_epi16(sums.b_less_g, sums.g_less_r),
+                                 Weights128<kB, kR>());
+    }
+    template <int kB, int kR>
+    static PXB_INLINE __m256i WeighHigh(const BlockSums<kB, kR>& sums) {
+        return _mm256_madd_epi16(_mm256_unpackhi_epi16(sums.b_less_g, sums.g_less_r),
+                                 Weights128<kB, kR>());
+    }
+    template <int kB, int kR>
+    static PXB_INLINE __m256i Weights128() {
+        return _mm256_unpacklo_epi16(Set(kB * 128).all, Set(-kR * 128).all);
     }
     // In each block the even bytes first.
     static PXB_INLINE __m256i Split(__m256i a) {
