@@ -22,8 +22,10 @@ struct Avx2 {
     struct Words {
         __m256i all;
     };
-    struct Apart {
-        __m256i all;  // Bytes, the even ones of each 128-bit block before its odd ones
+    // Bytes in another order, as packing leaves them: byte i of a block is in its place kPlace(i).
+    template <int (*kPlace)(int)>
+    struct Packed {
+        __m256i all;
     };
     struct Crossed {
         __m256i all;  // Bytes, the two quarters in the middle exchanged
@@ -38,10 +40,10 @@ struct Avx2 {
         __m256i all;  // Bytes, dealt
     };
     struct RowSums {
-        __m256i all;  // 16 bits hold the weighed sum of two neighbours,
+        __m256i all;  // of two neighbours
     };
     template <int kB, int kR>
-    struct BlockSums {  // but not that of four: their channels are still to be weighed
+    struct BlockSums {  // of four, still to be weighed: 16 bits would not hold the result
         __m256i b_less_g, g_less_r;
     };
     struct Uv {
@@ -137,13 +139,18 @@ struct Avx2 {
     // A shuffle puts each sample into its place in one of three outputs of 16 bytes a block; blends
     // gather them.
     static PXB_INLINE void StoreBgr(Byte* dst, Bytes b, Bytes g, Bytes r) {
-        const auto in_order = [](int i) PXB_INLINE_LAMBDA { return i; };
-        StoreInTurn(dst, Place<0>(b.all, in_order), Place<1>(g.all, in_order),
-                    Place<2>(r.all, in_order));
+        StoreBgr(dst, Packed<InOrder>{b.all}, Packed<InOrder>{g.all}, Packed<InOrder>{r.all});
     }
-    static PXB_INLINE void StoreBgr(Byte* dst, Apart b, Apart g, Apart r) {
-        StoreInTurn(dst, Place<0>(b.all, PlaceApart), Place<1>(g.all, PlaceApart),
-                    Place<2>(r.all, PlaceApart));
+    template <int (*kPlace)(int)>
+    static PXB_INLINE void StoreBgr(Byte* dst, Packed<kPlace> b, Packed<kPlace> g,
+                                    Packed<kPlace> r) {
+        const __m256i bs = Place<0>(b), gs = Place<1>(g), rs = Place<2>(r);
+        const __m256i first16 = InTurn(bs, gs, rs);
+        const __m256i second16 = InTurn(gs, rs, bs);
+        const __m256i third16 = InTurn(rs, bs, gs);
+        StoreAll(dst, _mm256_permute2x128_si256(first16, second16, 0x20));
+        StoreAll(dst + 32, _mm256_blend_epi32(third16, first16, 0b11110000));
+        StoreAll(dst + 64, _mm256_permute2x128_si256(second16, third16, 0x31));
     }
     static PXB_INLINE void StoreBgr0(Byte* dst, Bytes b, Bytes g, Bytes r) {
         const Pixels pixels = Interleave(b.all, g.all, r.all);
@@ -243,9 +250,9 @@ struct Avx2 {
     static PXB_INLINE auto Join(Words even, Words odd) {
         const __m256i apart = _mm256_packus_epi16(even.all, odd.all);
         if constexpr (kStore == kBgr0)
-            return Bytes{_mm256_shuffle_epi8(apart, TwiceInBlocks(PlaceApart))};
+            return Bytes{_mm256_shuffle_epi8(apart, TwiceInBlocks(EvensFirst))};
         else
-            return Apart{apart};
+            return Packed<EvensFirst>{apart};
     }
     template <int kStore>
     static PXB_INLINE auto Narrow(Words low, Words high) {
@@ -309,24 +316,15 @@ struct Avx2 {
     static PXB_INLINE Uv Signed(__m256i uv) {
         return {_mm256_xor_si256(uv, _mm256_set1_epi8(static_cast<char>(0x80)))};
     }
-    // Where byte i of a block is in Apart.
-    static constexpr int PlaceApart(int i) { return i / 2 + i % 2 * 8; }
-    // Sample i of a channel, byte at(i) of its block, belongs into byte 3 i + channel of 48, here
-    // modulo 16.
-    template <int kChannel, class At>
-    static PXB_INLINE __m256i Place(__m256i a, At at) {
-        return _mm256_shuffle_epi8(a, TwiceInBlocks([=](int i) PXB_INLINE_LAMBDA {
+    static constexpr int InOrder(int i) { return i; }
+    static constexpr int EvensFirst(int i) { return i / 2 + i % 2 * 8; }
+    // Sample i of a channel belongs into byte 3 i + channel of 48, here modulo 16.
+    template <int kChannel, int (*kPlace)(int)>
+    static PXB_INLINE __m256i Place(Packed<kPlace> a) {
+        return _mm256_shuffle_epi8(a.all, TwiceInBlocks([](int i) PXB_INLINE_LAMBDA {
                                        while (i % 3 != kChannel) i += 16;
-                                       return at(i / 3);
+                                       return kPlace(i / 3);
                                    }));
-    }
-    static PXB_INLINE void StoreInTurn(Byte* dst, __m256i bs, __m256i gs, __m256i rs) {
-        const __m256i first16 = InTurn(bs, gs, rs);
-        const __m256i second16 = InTurn(gs, rs, bs);
-        const __m256i third16 = InTurn(rs, bs, gs);
-        StoreAll(dst, _mm256_permute2x128_si256(first16, second16, 0x20));
-        StoreAll(dst + 32, _mm256_blend_epi32(third16, first16, 0b11110000));
-        StoreAll(dst + 64, _mm256_permute2x128_si256(second16, third16, 0x31));
     }
     // Byte i of x, y or z, in turn.
     static PXB_INLINE __m256i InTurn(__m256i x, __m256i y, __m256i z) {

@@ -3,8 +3,8 @@
 // `Bytes` holds kPixels samples, `Words` half as many signed 16-bit lanes, and `Pixels` kPixels
 // 32-bit lanes B G R X.
 //
-// Set(n) Factor(n)           n in every lane of Words. Factor hides the value from the optimiser,
-//                            which otherwise turns products into shifts and adds
+// Set(n) Factor(n)           n in every lane of Words. Factor hides the value from the optimiser
+//                            where that turns products into shifts and adds
 // Load                       kPixels bytes, in order
 // LoadFor<n>                 kPixels bytes,
 // LoadPairsFor<n>            kPixels / 2 bytes of U and of V as bytes U V U V ...,
