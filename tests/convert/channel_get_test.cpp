@@ -105,22 +105,23 @@ std::vector<Byte> Luma(const ImageBuffer& src, int dst_stride) {
     ImageBuffer yv12 = Describe(PXB_YV12, even, 0);
     yv12.data = planes.data();
     ConvertByReference(yv12, src, ::Processor::kPlain);
-    std::vector<Byte> bytes(256, 77);
+    std::vector<Byte> bytes(512, 77);
     for (int y = 0; y < even.height; ++y)
         std::copy_n(planes.begin() + y * even.width, even.width, bytes.begin() + y * dst_stride);
     return bytes;
 }
 
 TEST(ChannelGet, LumaOfEveryFormatThatConverts) {
-    const std::vector<Byte> pixels = Noise(512, 5);
+    const std::vector<Byte> pixels = Noise(2048, 5);
     for (const Variant& variant : RunnableVariants()) {
         const ForcedProcessor forced(variant.words);
         for (const PixelFormat format : {PXB_RGB24, PXB_RGB32, PXB_YV12, PXB_YUY2, PXB_I420})
-            for (const Size size : {Size{3, 3}, Size{8, 4}, Size{7, 6}, Size{1, 1}, Size{0, 3}}) {
+            for (const Size size : {Size{3, 3}, Size{8, 4}, Size{7, 6}, Size{1, 1}, Size{0, 3},
+                                    Size{8, 16}, Size{10, 38}, Size{8, 37}, Size{7, 36}}) {
                 SCOPED_TRACE(testing::Message() << variant.name << ", format " << format << ", "
                                                 << size.width << " x " << size.height);
                 ImageBuffer src = Describe(format, size, 3);
-                std::vector<Byte> bytes = pixels, out(256, 77);
+                std::vector<Byte> bytes = pixels, out(512, 77);
                 src.data = bytes.data();
                 ImageBuffer dst = {out.data(), 8, 11, 8, 8, 0, nullptr};
                 const int live = LiveAllocations();
