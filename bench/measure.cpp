@@ -1,6 +1,7 @@
 // A measurement interleaves its competitors in random order, round by round, so that whatever else
 // the machine does meets all of them. The images move to another place after each third of the
-// rounds.
+// rounds. Where the plain copy shows that others were at work, the row is measured again, and the
+// calmest attempt counts.
 #include "bench/measure.h"
 
 #include <algorithm>
@@ -119,17 +120,7 @@ double Quantile(std::vector<double> values, double fraction) {
     return std::lerp(values[below], values[above], place - static_cast<double>(below));
 }
 
-}  // namespace
-
-double Series::Median() const {
-    return Quantile(ns, 0.5);
-}
-
-double Series::Best() const {
-    return *std::min_element(ns.begin(), ns.end());
-}
-
-Result Measure(const Row& row, int width, int height, const Settings& settings) {
+Result MeasureOnce(const Row& row, int width, int height, const Settings& settings) {
     Result result = {&row, width, height, {}, 0, ""};
     SetProcessor(Variants().back().processor);
     std::mt19937 random;
@@ -160,6 +151,33 @@ Result Measure(const Row& row, int width, int height, const Settings& settings) 
         }
     }
     return result;
+}
+
+// How unsteady the plain copy was, which is nobody's achievement: its median in times of its best.
+double Unrest(const Result& result) {
+    const auto copy = std::find_if(result.series.begin(), result.series.end(),
+                                   [](const Series& s) { return s.kind == Kind::kCopy; });
+    return copy == result.series.end() ? 0 : copy->Median() / copy->Best();
+}
+
+}  // namespace
+
+double Series::Median() const {
+    return Quantile(ns, 0.5);
+}
+
+double Series::Best() const {
+    return *std::min_element(ns.begin(), ns.end());
+}
+
+Result Measure(const Row& row, int width, int height, const Settings& settings) {
+    constexpr double kCalm = 1.15;
+    Result calmest = MeasureOnce(row, width, height, settings);
+    for (int i = 1; i < settings.attempts && Unrest(calmest) > kCalm; ++i) {
+        Result again = MeasureOnce(row, width, height, settings);
+        if (Unrest(again) < Unrest(calmest)) calmest = std::move(again);
+    }
+    return calmest;
 }
 
 std::vector<std::string> VariantNames() {

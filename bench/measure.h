@@ -11,6 +11,7 @@ namespace pxb::bench {
 struct Settings {
     int rounds;             // a multiple of Scene::kPlaces
     double sample_seconds;  // the shortest time that is measured
+    int attempts;           // at a row, until the machine is calm
 };
 
 enum class Kind {
