@@ -118,9 +118,8 @@ void PrintSummary(std::span<const Result> results) {
 void PrintComparison(std::span<const Result> results, const Baseline& baseline) {
     constexpr double kSlower = 1.2;
     std::printf(
-        "\nBest times of this build of %d bits, in times of those of %d bits. Target of AVX2 and "
-        "of "
-        "the widest variant: within %.1f.\n",
+        "\nBest times of this build of %d bits, in times of those of %d bits. Target of AVX2\n"
+        "and of the widest variant: within %.1f.\n",
         kBits, baseline.bits, kSlower);
     for (const Result& result : results) {
         if (result.series.empty()) continue;

@@ -59,7 +59,7 @@ bool ConvertsInBands(const ImageBuffer& image) {
     constexpr std::int64_t kMostPixels = 1 << 30;
     const bool packed =
         image.format == PXB_RGB24 || image.format == PXB_RGB32 || image.format == PXB_YUY2;
-    return packed && image.width % 2 == 0 && image.height % 2 == 0 &&
+    return packed && image.width > 0 && image.width % 2 == 0 && image.height % 2 == 0 &&
            std::int64_t{image.width} * image.height <= kMostPixels;
 }
 

@@ -162,6 +162,8 @@ TEST(ChannelGet, LumaWithoutMemoryIsSilent) {
     }
     src.width = src.height = 1 << 17;
     EXPECT_EQ(PxbChannelGet(&dst, &src, 5), PXB_SUCCESS);
+    src.width = 0, src.height = INT32_MAX - 1;
+    EXPECT_EQ(PxbChannelGet(&dst, &src, 5), PXB_SUCCESS);
     EXPECT_EQ(out, std::vector<Byte>(64, 77));
 }
 
