@@ -1,6 +1,6 @@
-// Channels of packed RGB, the same bytes as the plain kernel.
+// Channels of packed images, the same bytes as the plain kernels.
 #include "convert/channel.h"
-#include "core/simd/writer.h"
+#include "convert/simd/color.h"
 
 namespace pxb::PXB_TARGET {
 namespace {
@@ -9,15 +9,26 @@ template <int kByte>
 PXB_INLINE void Take(Byte* dst, std::int32_t dst_stride, const Byte* src, std::int32_t src_stride,
                      std::int32_t width, std::int32_t height) {
     const Writer write(width, height);
-    ForRows(
-        dst, dst_stride, src, src_stride, height,
-        [&](Byte* to, const Byte* from) PXB_INLINE_LAMBDA {
-            const auto x =
-                write.To(to).ForPixels(width, [=]<class V>(std::ptrdiff_t at) PXB_INLINE_LAMBDA {
-                    V::Store(to + at, V::template NarrowByte<kByte>(V::LoadBgrx(from + 4 * at)));
+    ForRows(dst, dst_stride, src, src_stride, height,
+            [&](Byte* to, const Byte* from) PXB_INLINE_LAMBDA {
+                write.To(to).ForPixels(width, [=]<class V>(std::ptrdiff_t x) PXB_INLINE_LAMBDA {
+                    V::Store(to + x, V::template TakeByte<kByte>(V::LoadBgrx(from + 4 * x)));
                 });
-            if (x < width) to[x] = from[4 * x + kByte];
-        });
+            });
+}
+
+template <int kBytesPerPixel, int kB, int kG, int kR, int kOffset>
+PXB_INLINE void Weigh(Byte* dst, std::int32_t dst_stride, const Byte* src, std::int32_t src_stride,
+                      std::int32_t width, std::int32_t height) {
+    const Writer write(width, height);
+    ForRows(dst, dst_stride, src, src_stride, height,
+            [&](Byte* to, const Byte* from) PXB_INLINE_LAMBDA {
+                write.To(to).ForPixels(width, [=]<class V>(std::ptrdiff_t x) PXB_INLINE_LAMBDA {
+                    using C = ToYuv<V>;
+                    const auto rgb = C::template Load<kBytesPerPixel>(from + kBytesPerPixel * x);
+                    C::Store(to + x, C::template Weigh<kB, kG, kR, kOffset>(rgb));
+                });
+            });
 }
 
 }  // namespace
@@ -38,18 +49,7 @@ void TakeRgb32Channel(Byte* dst, std::int32_t dst_stride, const Byte* src, std::
 
 void TakeRgb24Grey(Byte* dst, std::int32_t dst_stride, const Byte* src, std::int32_t src_stride,
                    std::int32_t width, std::int32_t height) {
-    const Writer write(width, height);
-    ForRows(dst, dst_stride, src, src_stride, height,
-            [&](Byte* to, const Byte* from) PXB_INLINE_LAMBDA {
-                const auto x = write.To(to).ForPixels(
-                    width, [=]<class V>(std::ptrdiff_t at) PXB_INLINE_LAMBDA {
-                        const auto pixels = V::template LoadRgb<3>(from + 3 * at);
-                        V::Store(to + at, V::template WeighBgr<28, 151, 77, 0>(pixels));
-                    });
-                const Byte* const last = from + 3 * x;
-                if (x < width)
-                    to[x] = static_cast<Byte>((28 * last[0] + 151 * last[1] + 77 * last[2]) >> 8);
-            });
+    Weigh<3, 28, 151, 77, 0>(dst, dst_stride, src, src_stride, width, height);
 }
 
 }  // namespace pxb::PXB_TARGET

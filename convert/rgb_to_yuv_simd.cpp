@@ -1,35 +1,35 @@
-// RGB to YUV, the same bytes as the plain kernels. All weights of chroma are even, so they are
-// halved here and the shifts are one less.
+// RGB to YUV, the same bytes as the plain kernels. All weights of chroma are even: where
+// pixels share it, they are halved here and the shifts are one less.
 #include "convert/drifting_rows.h"
 #include "convert/rgb_to_yuv.h"
-#include "core/simd/writer.h"
+#include "convert/simd/color.h"
 
 namespace pxb::PXB_TARGET {
 namespace {
 
-template <class V, class Rgb>
+template <class C, class Rgb>
 PXB_INLINE auto Luma(const Rgb& pixels) {
-    return V::template WeighBgr<25, 129, 66, 16>(pixels);
+    return C::template Weigh<25, 129, 66, 16>(pixels);
 }
 
 // U V U V ... of the pairs of one row, or of the blocks of two.
-template <class V, class... Row>
+template <class C, class... Row>
 PXB_INLINE auto ChromaPairs(const Row&... rows) {
-    return V::PairUp(V::template WeighPairs<56, -37, -19>(rows...),
-                     V::template WeighPairs<-9, -47, 56>(rows...));
+    return C::PairUp(C::template WeighPairs<56, -37, -19>(rows...),
+                     C::template WeighPairs<-9, -47, 56>(rows...));
 }
 
 struct Planar {
-    template <class V, class Pairs>
+    template <class C, class Pairs>
     static PXB_INLINE void Store(Byte* u, Byte* v, std::ptrdiff_t x, Pairs pairs) {
-        V::StorePairs(u + x / 2, v + x / 2, pairs);
+        C::StorePairs(u + x / 2, v + x / 2, pairs);
     }
 };
 
 struct Interleaved {
-    template <class V, class Pairs>
+    template <class C, class Pairs>
     static PXB_INLINE void Store(Byte* uv, Byte*, std::ptrdiff_t x, Pairs pairs) {
-        V::Store(uv + x, pairs);
+        C::Store(uv + x, pairs);
     }
 };
 
@@ -43,13 +43,13 @@ PXB_INLINE void ConvertTo420(Byte* y, Byte* u, Byte* v, std::int32_t y_stride,
         [&](const Byte* src0, const Byte* src1, Byte* y0, Byte* y1, Byte* pu,
             Byte* pv) PXB_INLINE_LAMBDA {
             write.To(y0, y1, pu, pv)
-                .ForPixels(width, [=]<class V>(std::ptrdiff_t x) PXB_INLINE_LAMBDA {
-                    const auto top = V::template LoadRgb<kBytesPerPixel>(src0 + kBytesPerPixel * x);
-                    const auto bottom =
-                        V::template LoadRgb<kBytesPerPixel>(src1 + kBytesPerPixel * x);
-                    V::Store(y0 + x, Luma<V>(top));
-                    V::Store(y1 + x, Luma<V>(bottom));
-                    Chroma::template Store<V>(pu, pv, x, ChromaPairs<V>(top, bottom));
+                .ForPairs(width, [=]<class V>(std::ptrdiff_t x) PXB_INLINE_LAMBDA {
+                    using C = ToYuv<V>;
+                    const auto top = C::template Load<kBytesPerPixel>(src0 + kBytesPerPixel * x);
+                    const auto bottom = C::template Load<kBytesPerPixel>(src1 + kBytesPerPixel * x);
+                    C::Store(y0 + x, Luma<C>(top));
+                    C::Store(y1 + x, Luma<C>(bottom));
+                    Chroma::template Store<C>(pu, pv, x, ChromaPairs<C>(top, bottom));
                 });
         });
 }
@@ -61,9 +61,10 @@ PXB_INLINE void ConvertToYuy2(Byte* dst, std::int32_t dst_stride, const Byte* sr
     ForDriftingRows<2, kBytesPerPixel>(
         dst, dst_stride, src, src_stride, width, height,
         [&](Byte* to, const Byte* from) PXB_INLINE_LAMBDA {
-            write.To(to).ForPixels(width, [=]<class V>(std::ptrdiff_t x) PXB_INLINE_LAMBDA {
-                const auto pixels = V::template LoadRgb<kBytesPerPixel>(from + kBytesPerPixel * x);
-                V::StoreYuy2(to + 2 * x, Luma<V>(pixels), ChromaPairs<V>(pixels));
+            write.To(to).ForPairs(width, [=]<class V>(std::ptrdiff_t x) PXB_INLINE_LAMBDA {
+                using C = ToYuv<V>;
+                const auto pixels = C::template Load<kBytesPerPixel>(from + kBytesPerPixel * x);
+                C::StoreYuy2(to + 2 * x, Luma<C>(pixels), ChromaPairs<C>(pixels));
             });
         });
 }
@@ -98,19 +99,21 @@ void ConvertRgb32ToYuy2(Byte* dst, std::int32_t dst_stride, const Byte* src,
     ConvertToYuy2<4>(dst, dst_stride, src, src_stride, width, height);
 }
 
-// One pixel at a time in plain integers, which the compiler spreads over the registers of the
-// build.
+// Callers may convert in place.
 void ConvertRgb32ToAyuv32(Byte* dst, std::int32_t dst_stride, const Byte* src,
                           std::int32_t src_stride, std::int32_t width, std::int32_t height) {
+    const Writer write(0, 0);
     ForRows(dst, dst_stride, src, src_stride, height,
-            [=](Byte* to, const Byte* from) PXB_INLINE_LAMBDA {
-                for (std::int32_t x = 0; x < width; ++x, to += 4, from += 4) {
-                    const int b = from[0], g = from[1], r = from[2];
-                    to[0] = from[3];
-                    to[1] = static_cast<Byte>(((25 * b + 129 * g + 66 * r) >> 8) + 16);
-                    to[2] = static_cast<Byte>(((56 * b - 37 * g - 19 * r) >> 7) + 128);
-                    to[3] = static_cast<Byte>(((-9 * b - 47 * g + 56 * r) >> 7) + 128);
-                }
+            [&](Byte* to, const Byte* from) PXB_INLINE_LAMBDA {
+                const auto convert = [=]<class V>(std::ptrdiff_t x) PXB_INLINE_LAMBDA {
+                    using C = ToYuv<V>;
+                    const auto pixels = V::LoadBgrx(from + 4 * x);
+                    C::template StoreAyuv<16>(to + 4 * x, pixels,
+                                              C::template WeighEach<25, 129, 66>(pixels),
+                                              C::template WeighEach<112, -74, -38>(pixels),
+                                              C::template WeighEach<-18, -94, 112>(pixels));
+                };
+                write.To(to).ForPixelsInPlace(width, convert);
             });
 }
 

@@ -13,10 +13,10 @@ void ConvertYuv420ToYuy2(Byte* dst, std::int32_t dst_stride, const Byte* y, cons
         dst, dst_stride, y, u, v, y_stride, chroma_stride, EvenWidth(width), height,
         [&](Byte* d0, Byte* d1, const Byte* y0, const Byte* y1, const Byte* pu, const Byte* pv)
             PXB_INLINE_LAMBDA {
-                write.To(d0, d1).ForPixels(width, [=]<class V>(std::ptrdiff_t x) PXB_INLINE_LAMBDA {
-                    const auto pairs = V::template LoadPairsFor<0>(pu + x / 2, pv + x / 2);
-                    V::StoreYuy2(d0 + 2 * x, V::Load(y0 + x), pairs);
-                    V::StoreYuy2(d1 + 2 * x, V::Load(y1 + x), pairs);
+                write.To(d0, d1).ForPairs(width, [=]<class V>(std::ptrdiff_t x) PXB_INLINE_LAMBDA {
+                    const auto pairs = V::LoadPairs(pu + x / 2, pv + x / 2);
+                    V::StoreInTurn(d0 + 2 * x, V::Load(y0 + x), pairs);
+                    V::StoreInTurn(d1 + 2 * x, V::Load(y1 + x), pairs);
                 });
             });
 }
@@ -30,7 +30,7 @@ void ConvertYuy2ToYuv420(Byte* y, Byte* u, Byte* v, std::int32_t y_stride,
         [&](const Byte* s0, const Byte* s1, Byte* y0, Byte* y1, Byte* pu, Byte* pv)
             PXB_INLINE_LAMBDA {
                 write.To(y0, y1, pu, pv)
-                    .ForPixels(width, [=]<class V>(std::ptrdiff_t x) PXB_INLINE_LAMBDA {
+                    .ForPairs(width, [=]<class V>(std::ptrdiff_t x) PXB_INLINE_LAMBDA {
                         const auto low0 = V::Load(s0 + 2 * x), low1 = V::Load(s1 + 2 * x);
                         const auto high0 = V::Load(s0 + 2 * x + V::kPixels);
                         const auto high1 = V::Load(s1 + 2 * x + V::kPixels);
@@ -46,7 +46,7 @@ void ConvertYuy2ToYuv422(Byte* y, Byte* u, Byte* v, const Byte* yuy2, std::int32
                          std::int32_t half_width) {
     const std::ptrdiff_t pixels = std::ptrdiff_t{2} * height * half_width;
     const Writer write(pixels, 1);
-    write.To(y, u, v).ForPixels(pixels, [=]<class V>(std::ptrdiff_t x) PXB_INLINE_LAMBDA {
+    write.To(y, u, v).ForPairs(pixels, [=]<class V>(std::ptrdiff_t x) PXB_INLINE_LAMBDA {
         const auto low = V::Load(yuy2 + 2 * x), high = V::Load(yuy2 + 2 * x + V::kPixels);
         V::Store(y + x, V::Evens(low, high));
         V::StorePairs(u + x / 2, v + x / 2, V::Odds(low, high));
@@ -57,9 +57,8 @@ void ConvertYuv422ToYuy2(const Byte* y, const Byte* u, const Byte* v, Byte* yuy2
                          std::int32_t height, std::int32_t half_width) {
     const std::ptrdiff_t pixels = std::ptrdiff_t{2} * height * half_width;
     const Writer write(pixels, 1);
-    write.To(yuy2).ForPixels(pixels, [=]<class V>(std::ptrdiff_t x) PXB_INLINE_LAMBDA {
-        V::StoreYuy2(yuy2 + 2 * x, V::Load(y + x),
-                     V::template LoadPairsFor<0>(u + x / 2, v + x / 2));
+    write.To(yuy2).ForPairs(pixels, [=]<class V>(std::ptrdiff_t x) PXB_INLINE_LAMBDA {
+        V::StoreInTurn(yuy2 + 2 * x, V::Load(y + x), V::LoadPairs(u + x / 2, v + x / 2));
     });
 }
 

@@ -1,5 +1,4 @@
-// How a kernel walks along its rows: each register class of PXB_WIDTHS goes on where the one before
-// it no longer fits.
+// How a kernel walks along its rows: with the widest register class of PXB_WIDTHS that fits.
 #pragma once
 #include "core/simd/memory.h"
 #include "core/simd/wide.h"
@@ -12,13 +11,27 @@ class WidthsOf {
   public:
     explicit PXB_INLINE WidthsOf(bool streams) : streams_(streams) {}
 
-    // Calls step<V>(x) for V::kPixels pixels at a time, from x = 0 on. Returns the number of pixels
-    // done: all `end` of them but an odd last one.
+    // Calls step<V>(x) for V::kPixels pixels from x on, until all `end` are done. The last call
+    // reaches back over pixels that are done already rather than go on in plain integers. So a step
+    // must not read what it writes: source and destination have to be different memory.
     template <class Step>
-    PXB_INLINE std::ptrdiff_t ForPixels(std::ptrdiff_t end, const Step& step) const {
+    PXB_INLINE void ForPixels(std::ptrdiff_t end, const Step& step) const {
         std::ptrdiff_t x = 0;
-        ((x = StepWhileFits<Width>(x, end, step)), ...);
-        return x;
+        ((x = ReachingBack<Width>(x, end, step)), ...);
+    }
+
+    // The same for steps that work on pairs: x is even, and an odd last pixel is left out.
+    template <class Step>
+    PXB_INLINE void ForPairs(std::ptrdiff_t end, const Step& step) const {
+        std::ptrdiff_t x = 0;
+        ((x = PairsReachingBack<Width>(x, end & ~std::ptrdiff_t{1}, step)), ...);
+    }
+
+    // Each pixel once and in order: for steps that may work in place.
+    template <class Step>
+    PXB_INLINE void ForPixelsInPlace(std::ptrdiff_t end, const Step& step) const {
+        std::ptrdiff_t x = 0;
+        ((x = WhileFitting<Width>(x, end, step)), ...);
     }
 
     PXB_INLINE void Leave() const { (LeaveWidth<Width>(), ...); }
@@ -29,11 +42,29 @@ class WidthsOf {
         return streams_ || !V::kStreams;
     }
     template <class V, class Step>
-    PXB_INLINE std::ptrdiff_t StepWhileFits(std::ptrdiff_t x, std::ptrdiff_t end,
-                                            const Step& step) const {
+    PXB_INLINE std::ptrdiff_t WhileFitting(std::ptrdiff_t x, std::ptrdiff_t end,
+                                           const Step& step) const {
         if (!IsUsed<V>()) return x;
         for (; x + V::kPixels <= end; x += V::kPixels) step.template operator()<V>(x);
         return x;
+    }
+    // Streamed stores want aligned addresses: the last ones are left to the next class.
+    template <class V, class Step>
+    PXB_INLINE std::ptrdiff_t ReachingBack(std::ptrdiff_t x, std::ptrdiff_t end,
+                                           const Step& step) const {
+        if (V::kStreams) return WhileFitting<V>(x, end, step);
+        const std::ptrdiff_t last = end - V::kPixels;
+        if (last < 0) return x;
+        for (; x < end; x += V::kPixels) step.template operator()<V>(x < last ? x : last);
+        return end;
+    }
+    template <class V, class Step>
+    PXB_INLINE std::ptrdiff_t PairsReachingBack(std::ptrdiff_t x, std::ptrdiff_t end,
+                                                const Step& step) const {
+        if constexpr (V::kPixels > 1)
+            return ReachingBack<V>(x, end, step);
+        else
+            return x;
     }
     template <class V>
     PXB_INLINE void LeaveWidth() const {

@@ -1,0 +1,298 @@
+// Colour arithmetic in AVX-512: byte multiply-adds and dot products. Pixels are weighed as they lie
+// in memory. On the way to RGB samples keep the order in which packing leaves them until they are
+// stored; on the way to pixels of 4 bytes they come "dealt", groups of four pixels in the four
+// 128-bit blocks in turn, which interleaving undoes.
+#pragma once
+#include "convert/simd/scalar.h"
+#include "core/simd/avx512.h"
+
+namespace pxb::PXB_TARGET {
+
+template <Stores kStores, int kBytesPerPixel>
+struct ToRgb<Avx512<kStores>, kBytesPerPixel> : Avx512<kStores> {
+    using V = Avx512<kStores>;
+    struct Lanes {
+        __m512i all;
+    };
+    struct Samples {
+        __m512i all;  // in natural order, or dealt
+    };
+    struct EvensFirst {
+        __m512i all;  // Samples: in each block the even bytes before the odd ones
+    };
+    struct HalvesInTurn {
+        __m512i all;  // Samples: in each block 8 bytes of the low half and then 8 of the high one
+    };
+    struct Uv {
+        __m512i all;  // signed bytes u, v in each 16-bit lane
+    };
+    struct Weights {
+        __m512i all;  // unsigned bytes in the order of Uv
+    };
+    struct Packed {
+        Samples low, high;
+        Uv uv_low, uv_high;
+    };
+
+    static PXB_INLINE Lanes Set(int value) {
+        return {_mm512_set1_epi16(static_cast<short>(value))};
+    }
+    static PXB_INLINE Lanes Factor(int value) { return Set(value); }
+    static PXB_INLINE Weights FactorU(int u) { return FactorUv(u, 0); }
+    static PXB_INLINE Weights FactorV(int v) { return FactorUv(0, v); }
+    static PXB_INLINE Weights FactorUv(int u, int v) { return {Set(u | v << 8).all}; }
+
+    static PXB_INLINE Samples LoadLuma(const Byte* src) {
+        return {Deal<kSampleGroup>(V::LoadAll(src))};
+    }
+    static PXB_INLINE Uv LoadUv(const Byte* u, const Byte* v) {
+        return Signed(V::Pick(V::LoadHalf(u), V::LoadHalf(v), [](int i) PXB_INLINE_LAMBDA {
+            const int byte = PlaceOf<kSampleGroup>(i);
+            return byte / 2 + byte % 2 * 64;
+        }));
+    }
+    static PXB_INLINE Uv LoadUv(const Byte* uv) {
+        return Signed(Deal<kSampleGroup>(V::LoadAll(uv)));
+    }
+    static PXB_INLINE Packed LoadYuy2(const Byte* src) {
+        const __m512i low = V::LoadAll(src), high = V::LoadAll(src + 64);
+        const __m512i uv_twice = V::Indices([](int i) PXB_INLINE_LAMBDA {
+            const int luma = PlaceOf<kYuy2Group>(i);
+            return luma / 4 * 4 + luma % 2 * 2 + 1;
+        });
+        return {{Deal<kYuy2Group>(low)},
+                {Deal<kYuy2Group>(high)},
+                Signed(_mm512_permutexvar_epi8(uv_twice, low)),
+                Signed(_mm512_permutexvar_epi8(uv_twice, high))};
+    }
+    static PXB_INLINE Packed LoadAyuv(const Byte* src) {
+        const auto pixels = V::LoadBgrx(src);
+        const __m512i* const q = pixels.quarter;
+        return {{V::LowWords(q[0], q[1])},
+                {V::LowWords(q[2], q[3])},
+                Signed(V::HighWords(q[0], q[1])),
+                Signed(V::HighWords(q[2], q[3]))};
+    }
+
+    static PXB_INLINE Lanes Weigh(Uv uv, Weights weights) {
+        return {_mm512_maddubs_epi16(weights.all, uv.all)};
+    }
+    static PXB_INLINE Lanes MulEven(Samples a, Lanes factor) {
+        return {_mm512_maddubs_epi16(a.all, factor.all)};
+    }
+    static PXB_INLINE Lanes MulOdd(Samples a, Lanes factor) {
+        return {_mm512_maddubs_epi16(a.all, _mm512_slli_epi16(factor.all, 8))};
+    }
+    static PXB_INLINE Lanes Add(Lanes a, Lanes b) { return {_mm512_add_epi16(a.all, b.all)}; }
+    static PXB_INLINE Lanes Sub(Lanes a, Lanes b) { return {_mm512_sub_epi16(a.all, b.all)}; }
+    static PXB_INLINE Lanes AddSaturated(Lanes a, Lanes b) {
+        return {_mm512_adds_epi16(a.all, b.all)};
+    }
+    template <int kBits>
+    static PXB_INLINE Lanes ShiftRight(Lanes a) {
+        return {_mm512_srai_epi16(a.all, kBits)};
+    }
+
+    static PXB_INLINE auto Join(Lanes even, Lanes odd) {
+        const __m512i apart = _mm512_packus_epi16(even.all, odd.all);
+        if constexpr (kBytesPerPixel == 4)
+            return Samples{_mm512_shuffle_epi8(apart, V::Indices([](int i) PXB_INLINE_LAMBDA {
+                                                   return EvensFirstPlace(i) % 16;
+                                               }))};
+        else
+            return EvensFirst{apart};
+    }
+    static PXB_INLINE auto Narrow(Lanes low, Lanes high) {
+        const __m512i bytes = _mm512_packus_epi16(low.all, high.all);
+        if constexpr (kBytesPerPixel == 4)
+            return Samples{bytes};
+        else
+            return HalvesInTurn{bytes};
+    }
+    // Of 4 bytes: X is 0.
+    static PXB_INLINE void Store(Byte* dst, Samples b, Samples g, Samples r) {
+        static_assert(kBytesPerPixel == 4);
+        const __m512i zero = _mm512_setzero_si512();
+        const __m512i bg_low = _mm512_unpacklo_epi8(b.all, g.all);
+        const __m512i bg_high = _mm512_unpackhi_epi8(b.all, g.all);
+        const __m512i r0_low = _mm512_unpacklo_epi8(r.all, zero);
+        const __m512i r0_high = _mm512_unpackhi_epi8(r.all, zero);
+        V::StoreAll(dst, _mm512_unpacklo_epi16(bg_low, r0_low));
+        V::StoreAll(dst + 64, _mm512_unpackhi_epi16(bg_low, r0_low));
+        V::StoreAll(dst + 128, _mm512_unpacklo_epi16(bg_high, r0_high));
+        V::StoreAll(dst + 192, _mm512_unpackhi_epi16(bg_high, r0_high));
+    }
+    static PXB_INLINE void Store(Byte* dst, EvensFirst b, EvensFirst g, EvensFirst r) {
+        V::template StoreChannels<EvensFirstPlace>(dst, b.all, g.all, r.all);
+    }
+    static PXB_INLINE void Store(Byte* dst, HalvesInTurn b, HalvesInTurn g, HalvesInTurn r) {
+        V::template StoreChannels<HalvesInTurnPlace>(dst, b.all, g.all, r.all);
+    }
+    template <class Channels>
+    static PXB_INLINE void StoreBgra(Byte* dst, const Channels& low, const Channels& high,
+                                     const Packed& ayuv) {
+        StoreHalf(dst, low, ayuv.low);
+        StoreHalf(dst + 128, high, ayuv.high);
+    }
+
+  private:
+    // Four pixels take so many bytes.
+    static constexpr int kSampleGroup = 4, kYuy2Group = 8;
+
+    static constexpr int EvensFirstPlace(int i) { return i / 16 * 16 + i % 16 / 2 + i % 2 * 8; }
+    static constexpr int HalvesInTurnPlace(int i) { return i % 32 / 8 * 16 + i / 32 * 8 + i % 8; }
+    // Where byte i comes from.
+    template <int kGroup>
+    static constexpr int PlaceOf(int i) {
+        return kBytesPerPixel == 4 ? (i % 16 / kGroup * 4 + i / 16) * kGroup + i % kGroup : i;
+    }
+    template <int kGroup>
+    static PXB_INLINE __m512i Deal(__m512i a) {
+        if (kBytesPerPixel != 4) return a;
+        return _mm512_permutexvar_epi8(V::Indices(PlaceOf<kGroup>), a);
+    }
+    static PXB_INLINE Uv Signed(__m512i uv) {
+        return {_mm512_xor_si512(uv, _mm512_set1_epi8(static_cast<char>(0x80)))};
+    }
+    template <class Channels>
+    static PXB_INLINE void StoreHalf(Byte* dst, const Channels& c, Samples alpha) {
+        const __m512i a = _mm512_and_si512(alpha.all, _mm512_set1_epi16(0xFF));
+        const __m512i br = _mm512_packus_epi16(c.blue.all, c.red.all);
+        const __m512i ga = _mm512_packus_epi16(c.green.all, a);
+        const __m512i bg = _mm512_unpacklo_epi8(br, ga), ra = _mm512_unpackhi_epi8(br, ga);
+        V::StoreAll(dst, V::LowWords(bg, ra));
+        V::StoreAll(dst + 64, V::HighWords(bg, ra));
+    }
+};
+
+template <Stores kStores>
+struct ToYuv<Avx512<kStores>> : Avx512<kStores> {
+    using V = Avx512<kStores>;
+    using Bytes = typename V::Bytes;
+    using Pixels = typename V::Pixels;
+    // RGB to be weighed. Eight registers hold no two rows of pixels: there they stay in memory.
+    template <int kBytesPerPixel>
+    struct Unloaded {
+        const Byte* src;
+    };
+    template <int kB, int kG, int kR, class Rgb, int kRows>
+    struct
+        PairSums {  // not computed yet: PairUp does so quarter by quarter, to need fewer registers
+        const Rgb* rows[2];
+        static constexpr int kCount = kRows;
+
+        PXB_INLINE __m512i Quarter(int i) const {  // a 32-bit lane for each column
+            __m512i sum = Dot<kB, kG, kR>(_mm512_setzero_si512(), QuarterOf(*rows[0], i));
+            if (kRows == 2) sum = Dot<kB, kG, kR>(sum, QuarterOf(*rows[1], i));
+            return sum;
+        }
+    };
+    struct Sums {
+        __m512i half[2];
+    };
+
+    // Weighing does not see X.
+    template <int kBytesPerPixel>
+    static PXB_INLINE auto Load(const Byte* src) {
+        if constexpr (kFewRegisters)
+            return Unloaded<kBytesPerPixel>{src};
+        else
+            return V::template LoadQuarters<kBytesPerPixel>(src);
+    }
+    // The weight of G may be more than a signed byte holds: it is added in two halves.
+    template <int kB, int kG, int kR, int kOffset, class Rgb>
+    static PXB_INLINE Bytes Weigh(const Rgb& a) {
+        const __m512i offset = _mm512_set1_epi32(kOffset << 8);
+        Pixels sums;
+        for (int i = 0; i < 4; ++i) {
+            const __m512i pixels = QuarterOf(a, i);
+            sums.quarter[i] = Dot<0, kG - kG / 2, 0>(Dot<kB, kG / 2, kR>(offset, pixels), pixels);
+        }
+        return V::template TakeByte<1>(sums);
+    }
+    template <int kB, int kG, int kR, class Rgb>
+    static PXB_INLINE PairSums<kB, kG, kR, Rgb, 1> WeighPairs(const Rgb& a) {
+        return {{&a, nullptr}};
+    }
+    template <int kB, int kG, int kR, class Rgb>
+    static PXB_INLINE PairSums<kB, kG, kR, Rgb, 2> WeighPairs(const Rgb& a, const Rgb& b) {
+        return {{&a, &b}};
+    }
+    // Each 128-bit block of `pairs` has two sums of u and then two of v.
+    template <class SumsU, class SumsV>
+    static PXB_INLINE Bytes PairUp(const SumsU& u, const SumsV& v) {
+        Pixels pairs;
+        for (int i = 0; i < 4; ++i) {
+            const __m512 us = _mm512_castsi512_ps(u.Quarter(i));
+            const __m512 vs = _mm512_castsi512_ps(v.Quarter(i));
+            const __m512 even = _mm512_shuffle_ps(us, vs, _MM_SHUFFLE(2, 0, 2, 0));
+            const __m512 odd = _mm512_shuffle_ps(us, vs, _MM_SHUFFLE(3, 1, 3, 1));
+            const __m512i sums =
+                _mm512_add_epi32(_mm512_castps_si512(even), _mm512_castps_si512(odd));
+            pairs.quarter[i] = _mm512_srli_epi32(sums, SumsU::kCount - 1);
+        }
+        const auto second_bytes = [](int i) PXB_INLINE_LAMBDA {
+            const int lane = i % 32 / 4 * 4 + i % 2 * 2 + i / 2 % 2;
+            return lane * 4 + 1;
+        };
+        return {_mm512_xor_si512(V::PickHalves(pairs, second_bytes),
+                                 _mm512_set1_epi8(static_cast<char>(128)))};
+    }
+    static PXB_INLINE void StoreYuy2(Byte* dst, Bytes luma, Bytes pairs) {
+        V::StoreInTurn(dst, luma, pairs);
+    }
+
+    template <int kB, int kG, int kR>
+    static PXB_INLINE Sums WeighEach(const Pixels& a) {
+        return {{WeighHalf<kB, kG, kR>(a.quarter), WeighHalf<kB, kG, kR>(a.quarter + 2)}};
+    }
+    template <int kLumaOffset>
+    static PXB_INLINE void StoreAyuv(Byte* dst, const Pixels& alpha, const Sums& y, const Sums& u,
+                                     const Sums& v) {
+        const __m512i high_bytes = Set(0xFF00);
+        for (int i = 0; i < 2; ++i) {
+            const __m512i* const pixels = alpha.quarter + 2 * i;
+            const __m512i a = _mm512_srli_epi16(V::HighWords(pixels[0], pixels[1]), 8);
+            const __m512i luma =
+                _mm512_add_epi16(_mm512_and_si512(y.half[i], high_bytes), Set(kLumaOffset << 8));
+            const __m512i ay = _mm512_or_si512(a, luma);
+            const __m512i uv = _mm512_or_si512(_mm512_srli_epi16(u.half[i], 8),
+                                               _mm512_and_si512(v.half[i], high_bytes));
+            const __m512i raised = _mm512_xor_si512(uv, Set(0x8080));
+            V::StoreAll(dst + 128 * i, V::LowWords(ay, raised));
+            V::StoreAll(dst + 128 * i + 64, V::HighWords(ay, raised));
+        }
+    }
+
+  private:
+    static constexpr bool kFewRegisters = sizeof(void*) < 8;
+
+    static PXB_INLINE __m512i Set(int value) {
+        return _mm512_set1_epi16(static_cast<short>(value));
+    }
+    // Unsigned 16-bit sums. A weight of G that a signed byte does not hold is added in two parts.
+    template <int kB, int kG, int kR>
+    static PXB_INLINE __m512i WeighHalf(const __m512i* pixels) {
+        constexpr int kFirstG = kG > 127 ? kG - 127 : kG;
+        const __m512i bg = V::LowWords(pixels[0], pixels[1]);
+        const __m512i rx = V::HighWords(pixels[0], pixels[1]);
+        const __m512i sum =
+            _mm512_add_epi16(_mm512_maddubs_epi16(bg, Set((kB & 0xFF) | kFirstG * 256)),
+                             _mm512_maddubs_epi16(rx, Set(kR & 0xFF)));
+        if (kG == kFirstG) return sum;
+        return _mm512_add_epi16(sum, _mm512_maddubs_epi16(bg, Set(127 << 8)));
+    }
+    static PXB_INLINE __m512i QuarterOf(const Pixels& a, int i) { return a.quarter[i]; }
+    template <int kBytesPerPixel>
+    static PXB_INLINE __m512i QuarterOf(Unloaded<kBytesPerPixel> a, int i) {
+        return V::template LoadQuarter<kBytesPerPixel>(a.src, i);
+    }
+    template <int kB, int kG, int kR>
+    static PXB_INLINE __m512i Dot(__m512i sum, __m512i pixels) {
+        static_assert(kB < 128 && kG < 128 && kR < 128);
+        const int weights = (kB & 0xFF) | (kG & 0xFF) << 8 | (kR & 0xFF) << 16;
+        return _mm512_dpbusd_epi32(sum, pixels, _mm512_set1_epi32(weights));
+    }
+};
+
+}  // namespace pxb::PXB_TARGET

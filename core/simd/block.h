@@ -1,0 +1,102 @@
+// The vocabulary of register classes whose registers are one block: MMX and SSE2. R says how such a
+// register is loaded, stored and calculated with; what that makes of pixels is written here once.
+#pragma once
+#include "core/rows.h"
+
+namespace pxb::PXB_TARGET {
+
+template <class R>
+struct Block : R {
+    using Register = typename R::Register;
+    static constexpr bool kStreams = false;
+    static constexpr int kPixels = sizeof(Register);
+    struct Bytes {
+        Register all;
+    };
+    struct Pixels {
+        Register quarter[4];  // kPixels / 4 pixels each
+    };
+
+    static PXB_INLINE Bytes Load(const Byte* src) { return {R::LoadAll(src)}; }
+    static PXB_INLINE Bytes LoadPairs(const Byte* first, const Byte* second) {
+        return {R::ZipLow8(R::LoadHalf(first), R::LoadHalf(second))};
+    }
+    static PXB_INLINE Pixels LoadBgr(const Byte* src) {
+        const Register a = R::LoadAll(src), b = R::LoadAll(src + kPixels),
+                       c = R::LoadAll(src + 2 * kPixels);
+        return {{R::Spread(a), R::Spread(R::Or(Down<3>(a), Up<1>(b))),
+                 R::Spread(R::Or(Down<2>(b), Up<2>(c))), R::Spread(Down<1>(c))}};
+    }
+    static PXB_INLINE Pixels LoadBgrx(const Byte* src) {
+        return {{R::LoadAll(src), R::LoadAll(src + kPixels), R::LoadAll(src + 2 * kPixels),
+                 R::LoadAll(src + 3 * kPixels)}};
+    }
+
+    static PXB_INLINE void Store(Byte* dst, Bytes a) { R::StoreAll(dst, a.all); }
+    static PXB_INLINE void StorePairs(Byte* first, Byte* second, Bytes pairs) {
+        R::StoreHalves(first, second, R::PackBytes(R::LowBytes(pairs.all), HighBytes(pairs.all)));
+    }
+    static PXB_INLINE void StoreInTurn(Byte* dst, Bytes a, Bytes b) {
+        R::StoreAll(dst, R::ZipLow8(a.all, b.all));
+        R::StoreAll(dst + kPixels, R::ZipHigh8(a.all, b.all));
+    }
+    static PXB_INLINE void StoreBgr(Byte* dst, const Pixels& a) {
+        const Register p = R::Squeeze(a.quarter[0]), q = R::Squeeze(a.quarter[1]),
+                       r = R::Squeeze(a.quarter[2]), s = R::Squeeze(a.quarter[3]);
+        R::StoreAll(dst, R::Or(p, Up<3>(q)));
+        R::StoreAll(dst + kPixels, R::Or(Down<1>(q), Up<2>(r)));
+        R::StoreAll(dst + 2 * kPixels, R::Or(Down<2>(r), Up<1>(s)));
+    }
+    static PXB_INLINE void StoreBgrx(Byte* dst, const Pixels& a) {
+        for (int i = 0; i < 4; ++i) R::StoreAll(dst + i * kPixels, a.quarter[i]);
+    }
+    static PXB_INLINE void StoreBgr(Byte* dst, Bytes b, Bytes g, Bytes r) {
+        StoreBgr(dst, Interleave(b, g, r));
+    }
+
+    static PXB_INLINE Bytes Evens(Bytes a, Bytes b) {
+        return {R::PackBytes(R::LowBytes(a.all), R::LowBytes(b.all))};
+    }
+    static PXB_INLINE Bytes Odds(Bytes a, Bytes b) {
+        return {R::PackBytes(HighBytes(a.all), HighBytes(b.all))};
+    }
+    static PXB_INLINE Bytes Average(Bytes a, Bytes b) { return {R::Average(a.all, b.all)}; }
+    template <int kByte>
+    static PXB_INLINE Bytes TakeByte(const Pixels& a) {
+        const auto byte = [&](int i) PXB_INLINE_LAMBDA {
+            return R::And(R::template ShiftRight32<8 * kByte>(a.quarter[i]), R::Set32(0xFF));
+        };
+        return {R::PackBytes(R::PackWords(byte(0), byte(1)), R::PackWords(byte(2), byte(3)))};
+    }
+    static PXB_INLINE void Leave() { R::Leave(); }
+
+    // X becomes 0.
+    static PXB_INLINE Pixels Interleave(Bytes b, Bytes g, Bytes r) {
+        const Register bg_low = R::ZipLow8(b.all, g.all), bg_high = R::ZipHigh8(b.all, g.all);
+        const Register r0_low = R::ZipLow8(r.all, R::Zero()),
+                       r0_high = R::ZipHigh8(r.all, R::Zero());
+        return {{R::ZipLow16(bg_low, r0_low), R::ZipHigh16(bg_low, r0_low),
+                 R::ZipLow16(bg_high, r0_high), R::ZipHigh16(bg_high, r0_high)}};
+    }
+    static PXB_INLINE Register HighBytes(Register a) { return R::template ShiftRight16<8>(a); }
+    // The low (high) words of the 32-bit lanes of a and b, in turn. Both together undo themselves.
+    static PXB_INLINE Register LowWords(Register a, Register b) {
+        return R::Or(R::And(a, R::Set32(0xFFFF)), R::template ShiftLeft32<16>(b));
+    }
+    static PXB_INLINE Register HighWords(Register a, Register b) {
+        return R::Or(R::template ShiftRight32<16>(a), R::And(b, R::Set32(~0xFFFF)));
+    }
+
+  private:
+    // By quarters of the register.
+    template <int kQuarters>
+    static PXB_INLINE Register Down(Register a) {
+        return R::template ShiftDown<kQuarters * kPixels / 4>(a);
+    }
+    template <int kQuarters>
+    static PXB_INLINE Register Up(Register a) {
+        return R::template ShiftUp<kQuarters * kPixels / 4>(a);
+    }
+};
+
+}  // namespace pxb::PXB_TARGET

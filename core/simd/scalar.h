@@ -1,0 +1,90 @@
+// One or two pixels in plain integers: the ends of rows, and what each operation means.
+#pragma once
+#include "core/rows.h"
+
+namespace pxb::PXB_TARGET {
+
+template <int kCount>
+struct Scalar {
+    static constexpr bool kStreams = false;
+    static constexpr int kPixels = kCount;
+    struct Bytes {
+        int at[kCount];
+    };
+    struct Pixels {
+        Byte at[kCount][4];
+    };
+
+    static PXB_INLINE Bytes Load(const Byte* src) {
+        Bytes bytes;
+        for (int i = 0; i < kCount; ++i) bytes.at[i] = src[i];
+        return bytes;
+    }
+    static PXB_INLINE Bytes LoadPairs(const Byte* first, const Byte* second) {
+        static_assert(kCount == 2);
+        return {{*first, *second}};
+    }
+    static PXB_INLINE Pixels LoadBgr(const Byte* src) { return LoadPixels<3>(src); }
+    static PXB_INLINE Pixels LoadBgrx(const Byte* src) { return LoadPixels<4>(src); }
+
+    static PXB_INLINE void Store(Byte* dst, const Bytes& a) {
+        for (int i = 0; i < kCount; ++i) dst[i] = static_cast<Byte>(a.at[i]);
+    }
+    static PXB_INLINE void StorePairs(Byte* first, Byte* second, const Bytes& pairs) {
+        static_assert(kCount == 2);
+        *first = static_cast<Byte>(pairs.at[0]);
+        *second = static_cast<Byte>(pairs.at[1]);
+    }
+    static PXB_INLINE void StoreInTurn(Byte* dst, const Bytes& a, const Bytes& b) {
+        for (int i = 0; i < kCount; ++i) {
+            dst[2 * i] = static_cast<Byte>(a.at[i]);
+            dst[2 * i + 1] = static_cast<Byte>(b.at[i]);
+        }
+    }
+    static PXB_INLINE void StoreBgr(Byte* dst, const Pixels& a) { StorePixels<3>(dst, a); }
+    static PXB_INLINE void StoreBgrx(Byte* dst, const Pixels& a) { StorePixels<4>(dst, a); }
+    static PXB_INLINE void StoreBgr(Byte* dst, const Bytes& b, const Bytes& g, const Bytes& r) {
+        for (int i = 0; i < kCount; ++i) {
+            dst[3 * i] = static_cast<Byte>(b.at[i]);
+            dst[3 * i + 1] = static_cast<Byte>(g.at[i]);
+            dst[3 * i + 2] = static_cast<Byte>(r.at[i]);
+        }
+    }
+
+    static PXB_INLINE Bytes Evens(const Bytes& a, const Bytes& b) {
+        static_assert(kCount == 2);
+        return {{a.at[0], b.at[0]}};
+    }
+    static PXB_INLINE Bytes Odds(const Bytes& a, const Bytes& b) {
+        static_assert(kCount == 2);
+        return {{a.at[1], b.at[1]}};
+    }
+    static PXB_INLINE Bytes Average(const Bytes& a, const Bytes& b) {
+        Bytes bytes;
+        for (int i = 0; i < kCount; ++i) bytes.at[i] = (a.at[i] + b.at[i] + 1) >> 1;
+        return bytes;
+    }
+    template <int kByte>
+    static PXB_INLINE Bytes TakeByte(const Pixels& a) {
+        Bytes bytes;
+        for (int i = 0; i < kCount; ++i) bytes.at[i] = a.at[i][kByte];
+        return bytes;
+    }
+    static PXB_INLINE void Leave() {}
+
+  private:
+    template <int kBytes>
+    static PXB_INLINE Pixels LoadPixels(const Byte* src) {
+        Pixels pixels = {};
+        for (int i = 0; i < kCount; ++i)
+            for (int k = 0; k < kBytes; ++k) pixels.at[i][k] = src[kBytes * i + k];
+        return pixels;
+    }
+    template <int kBytes>
+    static PXB_INLINE void StorePixels(Byte* dst, const Pixels& a) {
+        for (int i = 0; i < kCount; ++i)
+            for (int k = 0; k < kBytes; ++k) dst[kBytes * i + k] = a.at[i][k];
+    }
+};
+
+}  // namespace pxb::PXB_TARGET
