@@ -4,9 +4,11 @@
 
 namespace pxb {
 
-// Copies row_bytes bytes of each row. No vector loop moves them faster than the string move, on any
-// processor that has vectors. A negative height turns the source upside down; a negative number of
-// bytes copies nothing.
+// The bytes may not overlap, but dst may be src.
+void CopyBytes(Byte* dst, const Byte* src, std::size_t bytes);
+
+// Copies row_bytes bytes of each row. A negative height turns the source upside down; a negative
+// number of bytes copies nothing.
 void CopyRows(Byte* dst, std::int32_t dst_stride, const Byte* src, std::int32_t src_stride,
               std::ptrdiff_t row_bytes, std::int32_t height);
 
