@@ -3,11 +3,12 @@
 #include <algorithm>
 #include <cstring>
 
+#include "core/copy.h"
+
 namespace pxb {
 namespace {
 
-// The string store keeps pace with memset, which has no form for words, at every size and on every
-// processor, without a SIMD register.
+// The string store: memset has no form for words.
 void PaintWords(std::uint8_t* dst, std::uint32_t word, std::size_t count) {
     std::uint8_t* to = dst;
     __asm__ volatile("rep stosl" : "+D"(to), "+c"(count) : "a"(word) : "memory");
@@ -26,7 +27,7 @@ void PaintByCopies(std::uint8_t* dst, const Pattern& pattern, std::size_t bytes)
     std::memcpy(dst, pattern.bytes, done);
     while (done < bytes) {
         const std::size_t piece = std::min({done, bytes - done, largest_piece});
-        std::memcpy(dst + done, dst, piece);
+        CopyBytes(dst + done, dst, piece);
         done += piece;
     }
 }
@@ -47,6 +48,14 @@ void PaintRun(std::uint8_t* dst, const Pattern& pattern, std::size_t count) {
     }
 }
 
+// Up to here a copy of the first row, which stays in the first cache, is faster than another run,
+// which takes 10 to 60 ns to begin (AMD EPYC, Zen 3). memset has no such start, unless compilers
+// for 32 bits replace it by the string store.
+constexpr std::size_t LongestCopiedRow(int pattern_size) {
+    if (pattern_size == 3) return 8192;
+    return pattern_size == 4 || sizeof(void*) == 4 ? 1536 : 0;
+}
+
 }  // namespace
 
 void PaintRows(std::uint8_t* data, std::int32_t stride, const Pattern& pattern, std::int32_t count,
@@ -54,8 +63,15 @@ void PaintRows(std::uint8_t* data, std::int32_t stride, const Pattern& pattern, 
     const auto columns = static_cast<std::size_t>(count), rows = static_cast<std::size_t>(height);
     const bool tight = stride == static_cast<std::int64_t>(count) * pattern.size;
     if (tight) return PaintRun(data, pattern, columns * rows);
-    for (std::size_t y = 0; y < rows; ++y)
-        PaintRun(data + static_cast<std::ptrdiff_t>(y) * stride, pattern, columns);
+    const std::size_t row_bytes = columns * static_cast<std::size_t>(pattern.size);
+    const bool by_copies = row_bytes <= LongestCopiedRow(pattern.size);
+    for (std::size_t y = 0; y < rows; ++y) {
+        std::uint8_t* const row = data + static_cast<std::ptrdiff_t>(y) * stride;
+        if (by_copies && y > 0)
+            CopyBytes(row, data, row_bytes);
+        else
+            PaintRun(row, pattern, columns);
+    }
 }
 
 void PaintPlane(std::uint8_t* data, std::uint8_t value, std::int64_t bytes) {
