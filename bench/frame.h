@@ -9,7 +9,7 @@ namespace pxb::bench {
 
 class Frame {
   public:
-    // The width must be a multiple of 4 and the height even, so that no format rounds. The pixels
+    // Width and height must be even, so that no format rounds. The pixels
     // start `offset` bytes after a page boundary.
     Frame(int format, int width, int height, std::size_t offset);
 

@@ -39,6 +39,10 @@ json ResultToJson(const Result& result) {
     for (const Series& series : result.series) row["competitors"].push_back(SeriesToJson(series));
     row["ratio_to_library"] = RatioToJson(RatioTo(Kind::kPeer, Widest(result), result));
     row["ratio_to_copy"] = RatioToJson(RatioTo(Kind::kCopy, Widest(result), result));
+    for (const Setback& setback : Setbacks(result))
+        row["setbacks"].push_back({{"variant", setback.variant->name},
+                                   {"narrower", setback.narrower->name},
+                                   {"ratio", setback.ratio}});
     for (const Series* ours : Judged(result))
         if (const std::optional<Verdict> verdict = Judge(*ours, result))
             row["targets"].push_back({{"variant", ours->name},

@@ -199,6 +199,21 @@ std::vector<const Series*> Judged(const Result& result) {
     return judged;
 }
 
+std::vector<Setback> Setbacks(const Result& result) {
+    constexpr double kNoise = 1.05;
+    std::vector<Setback> setbacks;
+    for (const Series& variant : result.series) {
+        Setback worst = {&variant, nullptr, kNoise};
+        for (const Series* narrower = result.series.data(); narrower != &variant; ++narrower) {
+            const double ratio =
+                std::min(variant.Median() / narrower->Median(), variant.Best() / narrower->Best());
+            if (ratio > worst.ratio) worst = {&variant, narrower, ratio};
+        }
+        if (variant.kind == Kind::kOurs && worst.narrower) setbacks.push_back(worst);
+    }
+    return setbacks;
+}
+
 std::optional<Ratio> RatioTo(Kind kind, const Series& ours, const Result& result) {
     const Series* fastest = nullptr;
     for (const Series& s : result.series)

@@ -48,6 +48,16 @@ const Series& Widest(const Result& result);
 // Those of our variants that targets are for: AVX2 and wider, or the widest where it is less.
 std::vector<const Series*> Judged(const Result& result);
 
+// One of our variants that takes longer than a narrower one, in its times, both by medians and by
+// best times: by the smaller of the two ratios.
+struct Setback {
+    const Series *variant, *narrower;
+    double ratio;
+};
+
+// At most one for each variant, against the narrower one that beats it most.
+std::vector<Setback> Setbacks(const Result& result);
+
 // How many times as fast as a competitor one of our variants is, over the rounds.
 struct Ratio {
     std::string against;

@@ -1,6 +1,7 @@
 #include "bench/report.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 
 #include "bench/machine.h"
@@ -51,6 +52,86 @@ void Append(std::string& list, const std::string& item) {
     list += (list.empty() ? "" : ", ") + item;
 }
 
+struct Size {
+    int width, height;
+};
+
+// Whole registers, and an awkward end of every row.
+constexpr Size kEven = {832, 480}, kAwkward = {854, 480};
+
+const Result* Find(std::span<const Result> results, const Row* row, Size size) {
+    const auto found = std::find_if(results.begin(), results.end(), [&](const Result& result) {
+        return result.row == row && result.width == size.width && result.height == size.height &&
+               !result.series.empty();
+    });
+    return found == results.end() ? nullptr : &*found;
+}
+
+const Series& Same(const Series& ours, const Result& result) {
+    return *std::find_if(result.series.begin(), result.series.end(),
+                         [&](const Series& s) { return s.name == ours.name; });
+}
+
+bool BeatsPeers(const Series& ours, const Result& result) {
+    const std::optional<Ratio> ratio = RatioTo(Kind::kPeer, ours, result);
+    return ratio && ratio->median >= 1;
+}
+
+// What the awkward width costs the conversions, by best times per pixel.
+class WidthReport {
+  public:
+    void Add(const Series& at_even, const Result& even, const Result& awkward) {
+        const Series& at_awkward = Same(at_even, awkward);
+        const double ratio = at_awkward.Best() / at_even.Best();
+        const std::string name = even.row->name;
+        ++rows_, logarithms_ += std::log(ratio);
+        if (ratio > worst_) worst_ = ratio, worst_name_ = name;
+        if (ratio > kAtMost) Append(beyond_, name);
+        if (BeatsPeers(at_even, even) && !BeatsPeers(at_awkward, awkward)) Append(behind_, name);
+    }
+
+    void Print(const std::string& variant) const {
+        const double mean = std::exp(logarithms_ / rows_);
+        std::printf(
+            "\nTime per pixel with %s at %dx%d in times of that at %dx%d, %d conversions: mean\n"
+            "%.3f (%.2f %s), worst %.3f, %s (%.2f %s%s). Behind the fastest library there only: "
+            "%s.\n",
+            variant.c_str(), kAwkward.width, kAwkward.height, kEven.width, kEven.height, rows_,
+            mean, kMean, mean <= kMean ? "reached" : "MISSED", worst_, worst_name_.c_str(), kAtMost,
+            beyond_.empty() ? "reached" : "MISSED: ", beyond_.c_str(),
+            behind_.empty() ? "none" : behind_.c_str());
+    }
+
+  private:
+    static constexpr double kMean = 1.15, kAtMost = 1.35;  // geometric mean, and each row
+    int rows_ = 0;
+    double logarithms_ = 0, worst_ = 0;
+    std::string worst_name_, beyond_, behind_;
+};
+
+void PrintWidths(std::span<const Result> results) {
+    std::map<std::string, WidthReport> reports;  // by variant
+    for (const Result& even : results) {
+        const Result* const awkward = Find(results, even.row, kAwkward);
+        if (&even != Find(results, even.row, kEven) || !awkward) continue;
+        if (even.row->job != Job::kConvert) continue;
+        for (const Series* ours : Judged(even)) reports[ours->name].Add(*ours, even, *awkward);
+    }
+    for (const auto& [variant, report] : reports) report.Print(variant);
+}
+
+void PrintSetbacks(std::span<const Result> results) {
+    std::string list;
+    for (const Result& result : results)
+        for (const Setback& setback : Setbacks(result)) {
+            char ratio[16];
+            std::snprintf(ratio, sizeof ratio, "%.2f", setback.ratio);
+            list += "\n  " + NameOf(result) + ": " + setback.variant->name + " takes " + ratio +
+                    " times as long as " + setback.narrower->name;
+        }
+    std::printf("\nSlower than a narrower variant:%s\n", list.empty() ? " none" : list.c_str());
+}
+
 }  // namespace
 
 std::string RowName(const std::string& name, int width, int height) {
@@ -63,7 +144,9 @@ void PrintHead() {
         "Nanoseconds per pixel: medians, and the best of our widest variant. xN: N calls of the\n"
         "library. Then how many times as fast our widest variant is as the fastest library and as\n"
         "a plain copy of the bytes written: median, lower quartile. Then the target, if any, and\n"
-        "what AVX2 and our widest variant reach of it, each as if nothing wider were there.\n\n");
+        "what AVX2 and our widest variant reach of it, each as if nothing wider were there; and "
+        "the\n"
+        "variants that are slower than a narrower one, by medians and by best times.\n\n");
     std::printf("%-24s", "");
     for (const std::string& column : Columns()) std::printf("%8s  ", column.c_str());
     std::printf("%7s  %11s  %11s\n", "best", "x library", "x copy");
@@ -81,6 +164,9 @@ void PrintLine(const Result& result) {
     PrintRatio(RatioTo(Kind::kPeer, Widest(result), result));
     PrintRatio(RatioTo(Kind::kCopy, Widest(result), result));
     for (const Series* ours : Judged(result)) PrintVerdict(*ours, result);
+    for (const Setback& setback : Setbacks(result))
+        std::printf("  %s SLOWER than %s", setback.variant->name.c_str(),
+                    setback.narrower->name.c_str());
     std::printf("\n");
     std::fflush(stdout);
 }
@@ -109,6 +195,8 @@ void PrintSummary(std::span<const Result> results) {
     for (const auto& [variant, count] : counts)
         std::printf("\nTargets reached with %s: %d. Missed: %s.\n", variant.c_str(), count.reached,
                     count.missed.empty() ? "none" : count.missed.c_str());
+    PrintWidths(results);
+    PrintSetbacks(results);
     if (!unsupported.empty())
         std::printf("\nSkipped, since the library answers 1 or 2: %s.\n", unsupported.c_str());
 }
