@@ -18,19 +18,28 @@ else()
 endif()
 set(PXB_SIMD_FLAGS_pairwise ${PXB_SIMD_FLAGS_baseline})
 
-# pxb_add_simd_kernels(<library> <source>...): one object library per instruction set, linked into
-# whatever links <library>, whose own files get the baseline flags. No link-time optimisation: it
-# would let wide code into baseline functions.
-function(pxb_add_simd_kernels library)
-    target_compile_options(${library} PRIVATE ${PXB_SIMD_FLAGS_baseline})
+# pxb_compile_for(<library> <target>): its files become code of that instruction set. No link-time
+# optimisation: it would let wide code into baseline functions.
+function(pxb_compile_for library simd)
+    string(TOUPPER ${simd} upper)
+    target_include_directories(${library} PRIVATE ${PROJECT_SOURCE_DIR})
+    target_compile_definitions(${library} PRIVATE PXB_TARGET=${simd} PXB_TARGET_${upper})
+    target_link_libraries(${library} PRIVATE pxb_flags pxb_library_flags)
+    target_compile_options(${library} PRIVATE ${PXB_SIMD_FLAGS_${simd}} -fno-lto)
+endfunction()
+
+# One object library per instruction set, linked into whatever links pxb_objects, whose own files
+# get the baseline flags.
+target_compile_options(pxb_objects PRIVATE ${PXB_SIMD_FLAGS_baseline})
+foreach(simd IN LISTS PXB_SIMD_TARGETS)
+    add_library(pxb_objects_${simd} OBJECT)
+    pxb_compile_for(pxb_objects_${simd} ${simd})
+    target_sources(pxb_objects INTERFACE $<TARGET_OBJECTS:pxb_objects_${simd}>)
+endforeach()
+
+# pxb_add_simd_kernels(<source>...): kernel texts of the folder at hand.
+function(pxb_add_simd_kernels)
     foreach(simd IN LISTS PXB_SIMD_TARGETS)
-        set(objects ${library}_${simd})
-        string(TOUPPER ${simd} upper)
-        add_library(${objects} OBJECT ${ARGN})
-        target_include_directories(${objects} PRIVATE ${PROJECT_SOURCE_DIR})
-        target_compile_definitions(${objects} PRIVATE PXB_TARGET=${simd} PXB_TARGET_${upper})
-        target_link_libraries(${objects} PRIVATE pxb_flags pxb_library_flags)
-        target_compile_options(${objects} PRIVATE ${PXB_SIMD_FLAGS_${simd}} -fno-lto)
-        target_sources(${library} INTERFACE $<TARGET_OBJECTS:${objects}>)
+        target_sources(pxb_objects_${simd} PRIVATE ${ARGN})
     endforeach()
 endfunction()

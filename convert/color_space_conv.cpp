@@ -9,15 +9,13 @@
 namespace pxb {
 namespace {
 
-// All kernels that turn one packed image into another share a signature.
-ResultCode RunPacked(Yuy2ToRgbKernel* kernel, const ImageBuffer& to, const ImageBuffer& from) {
+ResultCode RunPacked(PackedToPackedKernel* kernel, const ImageBuffer& to, const ImageBuffer& from) {
     const Extent area = CommonExtent(to, from);
     kernel(to.data, to.stride, from.data, from.stride, area.width, area.height);
     return PXB_SUCCESS;
 }
 
-// And those from planar 4:2:0 to anything that starts at one address.
-ResultCode Run420(Yuv420ToRgbKernel* kernel, const ImageBuffer& to, const ImageBuffer& from) {
+ResultCode Run420(Planar420ToPackedKernel* kernel, const ImageBuffer& to, const ImageBuffer& from) {
     const Extent area = CommonExtent(to, from);
     const Planes420 planes = PlanesOf420(from);
     kernel(to.data, to.stride, planes.y, planes.u, planes.v, planes.stride, planes.chroma_stride,
@@ -25,8 +23,8 @@ ResultCode Run420(Yuv420ToRgbKernel* kernel, const ImageBuffer& to, const ImageB
     return PXB_SUCCESS;
 }
 
-// And those from packed images to planar 4:2:0.
-ResultCode RunTo420(RgbToYuv420Kernel* kernel, const ImageBuffer& to, const ImageBuffer& from) {
+ResultCode RunTo420(PackedToPlanar420Kernel* kernel, const ImageBuffer& to,
+                    const ImageBuffer& from) {
     const Extent area = CommonExtent(to, from);
     const Planes420 planes = PlanesOf420(to);
     kernel(planes.y, planes.u, planes.v, planes.stride, planes.chroma_stride, from.data,

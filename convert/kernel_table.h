@@ -18,15 +18,15 @@ using AnyKernel = void (*)();
 // be filled in before any code runs.
 union KernelPointer {
     AnyKernel any;
-    Yuv420ToRgbKernel* yuv420_to_packed;
-    RgbToYuv420Kernel* packed_to_yuv420;
-    Yuy2ToRgbKernel* packed;
+    Planar420ToPackedKernel* yuv420_to_packed;
+    PackedToPlanar420Kernel* packed_to_yuv420;
+    PackedToPackedKernel* packed;
 
     constexpr KernelPointer() : any(nullptr) {}
     constexpr KernelPointer(AnyKernel kernel) : any(kernel) {}
-    constexpr KernelPointer(Yuv420ToRgbKernel* kernel) : yuv420_to_packed(kernel) {}
-    constexpr KernelPointer(RgbToYuv420Kernel* kernel) : packed_to_yuv420(kernel) {}
-    constexpr KernelPointer(Yuy2ToRgbKernel* kernel) : packed(kernel) {}
+    constexpr KernelPointer(Planar420ToPackedKernel* kernel) : yuv420_to_packed(kernel) {}
+    constexpr KernelPointer(PackedToPlanar420Kernel* kernel) : packed_to_yuv420(kernel) {}
+    constexpr KernelPointer(PackedToPackedKernel* kernel) : packed(kernel) {}
 };
 
 struct KernelEntry {

@@ -12,8 +12,6 @@ constexpr std::uint32_t kLeaf1 =
 constexpr std::uint32_t kExtendedLeaf = kAmdMmxExtensions | k3dNowExtensions | k3dNow;
 constexpr std::uint32_t kFirstExtendedLeaf = 0x80000000;
 
-constinit Processor processor = {0, 0};
-
 struct Registers {
     std::uint32_t a, b, c, d;
 };
@@ -62,16 +60,6 @@ void Probe(void* result) {
 Processor ProbeProcessor() {
     Processor found = {0, 0};
     return RunGuarded(Probe, &found) ? found : Processor{0, 0};
-}
-
-std::uint32_t ProcessorFeatures() {
-    return processor.features;
-}
-std::uint32_t WideFeatures() {
-    return processor.wide;
-}
-void SetProcessor(Processor replacement) {
-    processor = replacement;
 }
 
 }  // namespace pxb

@@ -10,44 +10,28 @@
 // Whole pairs of columns (4:2:0: and of rows) are converted. A negative height turns the source
 // upside down. Strides are bytes.
 #pragma once
-#include "convert/processor.h"
+#include "convert/kernels.h"
 #include "core/rows.h"
 
 namespace pxb {
 
-using RgbToYuv420Kernel = void(Byte* y, Byte* u, Byte* v, std::int32_t y_stride,
-                               std::int32_t chroma_stride, const Byte* src, std::int32_t src_stride,
-                               std::int32_t width, std::int32_t height);
-
-using RgbToNv12Kernel = void(Byte* y, Byte* uv, std::int32_t y_stride, std::int32_t uv_stride,
-                             const Byte* src, std::int32_t src_stride, std::int32_t width,
-                             std::int32_t height);
-
-using RgbToPackedKernel = void(Byte* dst, std::int32_t dst_stride, const Byte* src,
-                               std::int32_t src_stride, std::int32_t width, std::int32_t height);
-
-#define PXB_DECLARE_RGB_TO_YUV(target)                            \
-    namespace target {                                            \
-    RgbToYuv420Kernel ConvertRgb24ToYuv420, ConvertRgb32ToYuv420; \
-    RgbToPackedKernel ConvertRgb24ToYuy2, ConvertRgb32ToYuy2;     \
-    RgbToNv12Kernel ConvertRgb32ToNv12;                           \
-    RgbToPackedKernel ConvertRgb32ToAyuv32;                       \
+#define PXB_DECLARE_RGB_TO_YUV(target)                                  \
+    namespace target {                                                  \
+    PackedToPlanar420Kernel ConvertRgb24ToYuv420, ConvertRgb32ToYuv420; \
+    PackedToPackedKernel ConvertRgb24ToYuy2, ConvertRgb32ToYuy2;        \
+    PackedToNv12Kernel ConvertRgb32ToNv12;                              \
+    PackedToPackedKernel ConvertRgb32ToAyuv32;                          \
     }
-PXB_DECLARE_RGB_TO_YUV(plain)
-PXB_DECLARE_RGB_TO_YUV(pairwise)
-PXB_DECLARE_RGB_TO_YUV(mmx)
-PXB_DECLARE_RGB_TO_YUV(sse2)
-PXB_DECLARE_RGB_TO_YUV(avx2)
-PXB_DECLARE_RGB_TO_YUV(avx512)
+PXB_TARGETS(PXB_DECLARE_RGB_TO_YUV)
 #undef PXB_DECLARE_RGB_TO_YUV
 
-constexpr Variants<RgbToYuv420Kernel> kRgb24ToYuv420 = PXB_VARIANTS_FROM_MMX(ConvertRgb24ToYuv420);
-constexpr Variants<RgbToYuv420Kernel> kRgb32ToYuv420 = PXB_VARIANTS_FROM_MMX(ConvertRgb32ToYuv420);
-constexpr Variants<RgbToPackedKernel> kRgb24ToYuy2 = PXB_VARIANTS_FROM_SSE2(ConvertRgb24ToYuy2);
-constexpr Variants<RgbToPackedKernel> kRgb32ToYuy2 = PXB_VARIANTS_FROM_MMX(ConvertRgb32ToYuy2);
-constexpr Variants<RgbToNv12Kernel> kRgb32ToNv12 = PXB_VARIANTS_FROM_SSE2(ConvertRgb32ToNv12);
+constexpr auto kRgb24ToYuv420 = PXB_VARIANTS_FROM_MMX(ConvertRgb24ToYuv420);
+constexpr auto kRgb32ToYuv420 = PXB_VARIANTS_FROM_MMX(ConvertRgb32ToYuv420);
+constexpr auto kRgb24ToYuy2 = PXB_VARIANTS_FROM_SSE2(ConvertRgb24ToYuy2);
+constexpr auto kRgb32ToYuy2 = PXB_VARIANTS_FROM_MMX(ConvertRgb32ToYuy2);
+constexpr auto kRgb32ToNv12 = PXB_VARIANTS_FROM_SSE2(ConvertRgb32ToNv12);
 
 // A = X, and Y, U, V of each pixel by itself, in the order A Y U V. Any width; nothing drifts.
-constexpr Variants<RgbToPackedKernel> kRgb32ToAyuv32 = PXB_VARIANTS_FROM_SSE2(ConvertRgb32ToAyuv32);
+constexpr auto kRgb32ToAyuv32 = PXB_VARIANTS_FROM_SSE2(ConvertRgb32ToAyuv32);
 
 }  // namespace pxb

@@ -116,9 +116,8 @@ void ConvertYuv422ToRgb24(std::int32_t width, Byte* dst, std::int32_t dst_stride
 
 void ConvertYuy2ToRgb24(Byte* dst, std::int32_t dst_stride, const Byte* src,
                         std::int32_t src_stride, std::int32_t width, std::int32_t height) {
-    constexpr Variants<Yuy2ToRgbKernel> kRun = {
-        pairwise::ConvertYuy2RunToRgb24, nullptr, sse2::ConvertYuy2RunToRgb24,
-        avx2::ConvertYuy2RunToRgb24, avx512::ConvertYuy2RunToRgb24};
+    constexpr Variants<PackedToPackedKernel> kRun = {pairwise::ConvertYuy2RunToRgb24, nullptr,
+                                                     PXB_SSE2_AND_WIDER(ConvertYuy2RunToRgb24)};
     kRun.Choose()(dst, dst_stride, src, src_stride, width, height);
     ForDriftingRows<3, 2>(
         dst, dst_stride, src, src_stride, width, height,

@@ -5,10 +5,9 @@
 #include <cstdint>
 
 #include "PxbLib.h"
+#include "core/byte.h"
 
 namespace pxb {
-
-using Byte = std::uint8_t;
 
 struct Extent {
     std::int32_t width, height;  // pixels and rows, never negative

@@ -3,12 +3,9 @@
 #include <cstddef>
 #include <cstdint>
 
-#define PXB_INLINE inline __attribute__((always_inline))
-#define PXB_INLINE_LAMBDA __attribute__((always_inline))
+#include "core/byte.h"
 
 namespace pxb {
-
-using Byte = std::uint8_t;
 
 template <class T>
 class Rows {
