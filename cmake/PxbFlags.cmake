@@ -10,7 +10,7 @@ if(PXB_SANITIZE)
     add_link_options(-fsanitize=${PXB_SANITIZE})
 endif()
 
-if(WIN32 OR PXB_TARGET_32BIT)
+if(CMAKE_SIZEOF_VOID_P EQUAL 4)
     set(PXB_X86_32 ON)
 endif()
 

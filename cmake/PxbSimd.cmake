@@ -5,11 +5,11 @@ set(PXB_SIMD_FLAGS_sse2 -msse2)
 # Measured: tuning for a processor that has such registers gains 3 to 7 %, also on those of other
 # makers, and without it GCC 12 spills pointers to mask registers on 32 bits. Expressions kept as
 # written gain up to 27 % where there are eight registers, since substituting them spills.
-set(PXB_SIMD_FLAGS_wide -mtune=icelake-server -fno-tree-ter)
+set(PXB_SIMD_FLAGS_wide -mtune=icelake-server $<$<CXX_COMPILER_ID:GNU>:-fno-tree-ter>)
 set(PXB_SIMD_FLAGS_avx2 -mavx2 ${PXB_SIMD_FLAGS_wide})
 # GCC 12 warns within its own header.
 set(PXB_SIMD_FLAGS_avx512 -mavx512vl -mavx512bw -mavx512vbmi -mavx512vnni
-    -mprefer-vector-width=512 -Wno-maybe-uninitialized ${PXB_SIMD_FLAGS_wide})
+    -mprefer-vector-width=512 $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized> ${PXB_SIMD_FLAGS_wide})
 if(PXB_X86_32)  # no SIMD register outside the kernels
     set(PXB_SIMD_FLAGS_baseline -mno-sse -mno-mmx)
     set(PXB_SIMD_FLAGS_mmx -mmmx -mno-sse)

@@ -72,7 +72,7 @@ struct Variants {
         const std::uint32_t wide = WideFeatures();
         Kernel* widest = sse2;
 #define PXB_PREFER(target, bit, kernel) \
-    if (target && (wide & bit)) widest = target;
+    if ((target) && (wide & (bit))) widest = (target);
         PXB_WIDE_TARGETS(PXB_PREFER, )
 #undef PXB_PREFER
         return widest;

@@ -10,10 +10,10 @@ packages_test=(
     wine wine32:i386
     clang lld                           # programs for Microsoft's ABI
     googletest                          # as source: built for each target
-    qemu-user python3 clang-format clang-tidy)
+    qemu-user python3 clang-format clang-tidy
+    nlohmann-json3-dev)                 # the benchmark, without its peers
 packages_format=(clang-format)
 packages_bench=(
-    nlohmann-json3-dev
     libyuv-dev libswscale-dev libavutil-dev libopencv-core-dev libopencv-imgproc-dev)
 
 wanted=()
