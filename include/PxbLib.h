@@ -75,10 +75,18 @@
  * `alpha`. PxbNew makes one on request and PxbDelete releases it. Each function says whether it
  * looks at companions.
  *
+ * Images that one call reads and images that it writes must not share memory, unless the text of
+ * the function says otherwise: the bytes would depend on the processor.
+ *
  * Threads
  *
- * Calls may run on any threads at once as long as no two of them write the same image. Nothing in
- * the library changes after it has been loaded.
+ * Calls may run on any threads at once as long as none of them writes an image that another reads
+ * or writes. Nothing in the library changes after it has been loaded.
+ *
+ * This version
+ *
+ * It does not have PxbResize, PxbResizeEx, PxbRotate, PxbFliphorizontal, PxbFlipvertical and
+ * PxbAlphaBlend yet: they are declared below, but a program that calls one does not link.
  *
  * Results
  *
@@ -252,6 +260,9 @@ PXB_API PlanePointers PXB_CALL PxbPixelsYUV422(const ImageBuffer* image, int32_t
  * processor. RGB to YUV truncates Y = ((66 R + 129 G + 25 B) >> 8) + 16, and likewise U and V of
  * the summed pixels that share them; it is the same on all processors. RGB32 gets 0 in its fourth
  * byte, AYUV32 its alpha.
+ *
+ * In place: `dst` and `src` may lie in the same memory, with the same stride, for conversions
+ * between RGB32 and AYUV32, and where both have the same format and size (nothing changes then).
  *
  * Companions: only for an RGB32 source and only `dst->alpha`: if it is not null,
  * PxbChannelGet(dst->alpha, src, 1) runs after the conversion, also after an unsupported one, and
