@@ -4,6 +4,7 @@ set(PXB_EXPORTS ${PROJECT_SOURCE_DIR}/cmake/exports.def)
 
 add_library(PxbLib SHARED)
 target_link_libraries(PxbLib PRIVATE pxb_objects)
+target_link_options(PxbLib PRIVATE -Wl,--gc-sections)
 target_include_directories(PxbLib PUBLIC
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:include>)
 set_target_properties(PxbLib PROPERTIES

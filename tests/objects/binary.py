@@ -37,6 +37,10 @@ class Binary:
             if len(cells) == 7 and cells[0] != cells[6]:
                 yield Symbol(self._plain(cells[0]), cells[2], cells[6])
 
+    def comdats(self) -> set[str]:
+        """Sections of which the linker keeps one of each name."""
+        return set(re.findall(r"^ *\d+ (\S+) .*LINK_ONCE", self._run(self._objdump, "-wh"), re.M))
+
     def sections(self) -> list[str]:
         return re.findall(r"^ *\d+ (\S+) +[0-9a-f]{8}", self._run(self._objdump, "-h"), re.M)
 

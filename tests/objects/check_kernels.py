@@ -12,11 +12,11 @@ from binary import Binary, Symbol, option_parser
 from registers import complaint, namespace_of
 
 
-def shared_symbol(symbol: Symbol, namespace: str) -> str | None:
+def shared_symbol(symbol: Symbol, namespace: str, comdats: set[str]) -> str | None:
     if re.match(r"__x86\.get_pc_thunk\.", symbol.name):
         return None  # the compiler's own: two instructions that every processor has
-    # Windows objects have no weak functions; theirs stand in sections of their own.
-    if symbol.kind in "WVu" or (symbol.kind.isupper() and "$" in symbol.section):
+    # Windows objects have no weak functions; theirs stand in sections that are linked once.
+    if symbol.kind in "WVu" or (symbol.kind.isupper() and symbol.section in comdats):
         return f"{symbol.name}: weak symbol, shared with code for other processors"
     if symbol.kind.isupper() and namespace_of(symbol.name) != namespace:
         return f"{symbol.name}: global symbol outside pxb::{namespace}"
@@ -25,8 +25,9 @@ def shared_symbol(symbol: Symbol, namespace: str) -> str | None:
 
 def faults(binary: Binary, instruction_set: str, bits: int) -> Iterator[str]:
     if instruction_set != "baseline":
+        comdats = binary.comdats() if binary.is_windows else set()
         for symbol in binary.symbols():
-            if fault := shared_symbol(symbol, instruction_set):
+            if fault := shared_symbol(symbol, instruction_set, comdats):
                 yield fault
         for section in binary.sections():
             if re.match(r"\.(ctors|(pre)?init_array)", section):

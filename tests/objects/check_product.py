@@ -1,8 +1,8 @@
 """usage: check_product.py --nm NM --objdump OBJDUMP --bits 32|64 --exports exports.def
-                        --header PxbLib.h LIBRARY [IMPORT_LIBRARY...]
+                        --header PxbLib.h --sources FOLDER LIBRARY [IMPORT_LIBRARY...]
 
 The linked library: every function keeps to the registers of its namespace, linked-in run-time
-libraries included; exactly the listed names leave it, undecorated and declared in the header; it
+libraries included; it holds no kernel that no call can choose; exactly the listed names leave it, undecorated and declared in the header; it
 needs nothing but the system's own libraries; its import libraries offer the same names."""
 import re
 import sys
@@ -28,6 +28,17 @@ def register_faults(library: Binary, bits: int) -> Iterator[str]:
         yield f"no functions of {', '.join(sorted(missing))} seen: is the symbol table gone?"
 
 
+def unreachable_kernels(library: Binary, sources: Path) -> Iterator[str]:
+    """Of the two instruction sets that kernels are compiled for without all being wanted."""
+    text = "".join(path.read_text() for path in sources.glob("*/*.[hc]*"))
+    wanted = {"mmx": set(re.findall(r"PXB_VARIANTS_FROM_MMX\((\w+)\)", text)),
+              "pairwise": set(re.findall(r"\bpairwise::(\w+)", text))}
+    for symbol in library.symbols():
+        kernel = re.match(r"_ZN3pxb\d(mmx|pairwise)\d+([A-Z][A-Za-z0-9]*?)E", symbol.name)
+        if kernel and kernel[2] not in wanted[kernel[1]]:
+            yield f"{symbol.name}: no call can choose this kernel"
+
+
 def differences(wanted: set[str], found: set[str], where: str) -> Iterator[str]:
     for name in sorted(wanted - found):
         yield f"{name}: missing from {where}"
@@ -47,7 +58,7 @@ def interface_faults(library: Binary, listed: set[str], declared: set[str]) -> I
 
 
 def main() -> int:
-    parser = option_parser("--exports", "--header")
+    parser = option_parser("--exports", "--header", "--sources")
     parser.add_argument("library")
     parser.add_argument("import_libraries", nargs="*")
     options = parser.parse_args()
@@ -57,6 +68,7 @@ def main() -> int:
                               re.M))
     library = Binary(options.library, options.nm, options.objdump)
     found = [*register_faults(library, options.bits),
+             *unreachable_kernels(library, Path(options.sources)),
              *interface_faults(library, listed, declared)]
     for path in options.import_libraries:
         offered = Binary(path, options.nm, options.objdump).offers()

@@ -1,5 +1,5 @@
 """usage: planted_faults.py --nm NM --objdump OBJDUMP --bits 32|64 --exports exports.def
-                         --header PxbLib.h --windows 0|1 --library LIBRARY
+                         --header PxbLib.h --sources FOLDER --windows 0|1 --library LIBRARY
                          --import-libraries [LIBRARY...] -- COMPILER FLAG...
 
 Compiles small sources, each with one fault that the checks in this folder are there to find, and
@@ -58,6 +58,7 @@ LIBRARIES = [
     ('extern "C" EXPORT void PxbExtra() {}', [], "PxbExtra: should not be in the exports"),
     (function("sse2", "vpxor %ymm0,%ymm0,%ymm0"), [], "_ZN3pxb4sse21FEv: vpxor"),
     (function("plain", "vpxor %ymm0,%ymm0,%ymm0"), [], "_ZN3pxb5plain1FEv: vpxor"),
+    (function("mmx", "nop"), [], "_ZN3pxb3mmx1FEv: no call can choose"),
     ("", ["-s"], "is the symbol table gone?"),
 ]
 LIBRARIES_LINUX = [
@@ -89,7 +90,7 @@ def outcomes(options: argparse.Namespace, folder: Path):
 
     def checked_library(exports: str, *libraries: str) -> subprocess.CompletedProcess:
         return checked("check_product.py", "--exports", exports, "--header", options.header,
-                       *libraries)
+                       "--sources", options.sources, *libraries)
 
     kernels = list(SYMBOLS)
     for instruction_set, namespace, instruction, complaint in INSTRUCTIONS + (
@@ -115,7 +116,7 @@ def outcomes(options: argparse.Namespace, folder: Path):
 
 
 def main() -> int:
-    parser = option_parser("--exports", "--header", "--library")
+    parser = option_parser("--exports", "--header", "--sources", "--library")
     parser.add_argument("--windows", type=int, required=True)
     parser.add_argument("--import-libraries", nargs="*", default=[])
     parser.add_argument("compiler", nargs="+")
