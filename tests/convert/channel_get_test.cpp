@@ -4,15 +4,13 @@
 #include <numeric>
 
 #include "PxbLib.h"
-#include "allocations.h"
 #include "convert/conversion_trial.h"
-#include "convert/variant.h"
-#include "noise.h"
+#include "support/allocations.h"
+#include "support/noise.h"
+#include "support/variants.h"
 
 namespace pxb::test {
 namespace {
-
-using Byte = std::uint8_t;
 
 TEST(ChannelGet, Results) {
     constexpr struct {

@@ -5,30 +5,20 @@
 #include <string>
 
 #include "convert/conversion_trial.h"
-#include "convert/variant.h"
-#include "effort.h"
-#include "noise.h"
+#include "support/effort.h"
+#include "support/image.h"
+#include "support/variants.h"
 
 namespace pxb::test {
 namespace {
 
-// 8 x 4 pixels of any format, in memory that is large enough for all of them.
-struct Picture {
-    std::vector<std::uint8_t> before, bytes;
-    ImageBuffer record;
-
-    Picture(int format, std::uint32_t seed)
-        : before(Noise(128, seed)),
-          bytes(before),
-          record{bytes.data(), 0, BytesPerPixel(format) * 8, 8, 4, format, nullptr} {}
-    bool HasChanged() const { return bytes != before; }
-};
+constexpr Size kSize = {8, 4};
 
 TEST(ColorSpaceConv, ResultOfEveryPair) {
     for (int from = 1; from <= kFormats; ++from)
         for (const int to : {1, 2, 3, 4, 5, 6, 7, 8, 9, 0, 10, -1, INT32_MIN, INT32_MAX}) {
             SCOPED_TRACE(testing::Message() << kFormatNames[from] << " to " << to);
-            Picture dst(to, 1), src(from, 2);
+            Image dst(to, kSize, 1), src(from, kSize, 2);
             const int32_t wanted = to >= 1 && to <= kFormats ? kResults[from - 1][to - 1] : 2;
             EXPECT_EQ(PxbColorSpaceConv(&dst.record, &src.record), wanted);
             EXPECT_EQ(dst.HasChanged(), wanted == 0);
@@ -37,7 +27,7 @@ TEST(ColorSpaceConv, ResultOfEveryPair) {
 }
 
 TEST(ColorSpaceConv, RefusesNullDataAndUnknownSources) {
-    Picture dst(PXB_RGB32, 1), src(PXB_RGB32, 2), companion(PXB_RGB8, 3);
+    Image dst(PXB_RGB32, kSize, 1), src(PXB_RGB32, kSize, 2), companion(PXB_RGB8, kSize, 3);
     dst.record.alpha = &companion.record;
     ImageBuffer no_dst = dst.record, no_src = src.record;
     no_dst.data = no_src.data = nullptr;
@@ -55,7 +45,8 @@ TEST(ColorSpaceConv, OnlyRgb32FillsTheCompanionOfTheDestination) {
     for (int from = 1; from <= kFormats; ++from)
         for (int to = 0; to <= kFormats + 1; ++to) {
             SCOPED_TRACE(testing::Message() << kFormatNames[from] << " to " << to);
-            Picture dst(to, 1), src(from, 2), companion(PXB_RGB8, 3), foreign(PXB_RGB8, 4);
+            Image dst(to, kSize, 1), src(from, kSize, 2), companion(PXB_RGB8, kSize, 3),
+                foreign(PXB_RGB8, kSize, 4);
             dst.record.alpha = &companion.record;
             src.record.alpha = &foreign.record;
             const int32_t result = PxbColorSpaceConv(&dst.record, &src.record);
@@ -63,7 +54,7 @@ TEST(ColorSpaceConv, OnlyRgb32FillsTheCompanionOfTheDestination) {
             EXPECT_EQ(companion.HasChanged(), from == PXB_RGB32);
             if (from != PXB_RGB32) continue;
             EXPECT_EQ(result, PXB_SUCCESS);
-            for (int i = 0; i < 8 * 4; ++i) EXPECT_EQ(companion.bytes[i], src.bytes[4 * i + 3]);
+            for (int i = 0; i < 8 * 4; ++i) EXPECT_EQ(*companion.At(i, 0), src.At(i, 0)[3]);
 
             companion.record.data = nullptr;
             EXPECT_EQ(PxbColorSpaceConv(&dst.record, &src.record), PXB_BAD_ARGUMENT);
@@ -76,7 +67,7 @@ TEST(ColorSpaceConv, ImagesWithoutPixelsStayAsTheyAre) {
         const ForcedProcessor forced(variant.words);
         for (const FormatPair pair : PairsThatConvert()) {
             SCOPED_TRACE(testing::Message() << variant.name << " " << NameOf(pair));
-            Picture dst(pair.to, 1), src(pair.from, 2);
+            Image dst(pair.to, kSize, 1), src(pair.from, kSize, 2);
             const auto expect_untouched = [&](ImageBuffer a, ImageBuffer b) {
                 EXPECT_EQ(PxbColorSpaceConv(&a, &b), PXB_SUCCESS);
                 EXPECT_FALSE(dst.HasChanged());

@@ -4,31 +4,17 @@
 #include <map>
 
 #include "convert/conversion_trial.h"
-#include "convert/variant.h"
-#include "effort.h"
+#include "support/effort.h"
+#include "support/image.h"
+#include "support/variants.h"
 
 namespace pxb::test {
 namespace {
 
-using Byte = std::uint8_t;
-
-struct Bitmap {
-    ImageBuffer record;
-    std::vector<Byte> bytes;
-
-    Bitmap(PixelFormat format, Size size)
-        : record(Describe(format, size)), bytes(2 * record.stride * size.height) {  // any planes
-        record.data = bytes.data();
-    }
-    Byte* At(int x, int y) const {
-        return record.data + y * record.stride + x * BytesPerPixel(record.format);
-    }
-};
-
 void ExpectTheReference(PixelFormat to, const ImageBuffer& src) {
     const Size size = {src.width, src.height};
-    std::map<::Processor, Bitmap> expected;
-    Bitmap got(to, size);
+    std::map<::Processor, Image> expected;
+    Image got(to, size);
     for (const Variant& variant : RunnableVariants()) {
         // RGB to YUV is the same on all processors.
         const auto arithmetic = IsRgb(src.format) ? ::Processor::kPlain : variant.arithmetic;
@@ -36,7 +22,7 @@ void ExpectTheReference(PixelFormat to, const ImageBuffer& src) {
         if (is_new) ConvertByReference(entry->second.record, src, arithmetic);
         const ForcedProcessor forced(variant.words);
         ASSERT_EQ(PxbColorSpaceConv(&got.record, &src), PXB_SUCCESS);
-        ASSERT_TRUE(got.bytes == entry->second.bytes)
+        ASSERT_TRUE(got == entry->second)
             << variant.name << ", " << kFormatNames[src.format] << " to " << kFormatNames[to];
     }
 }
@@ -59,7 +45,7 @@ TEST(YuvToRgb, WorkedValues) {
             SCOPED_TRACE(testing::Message() << variant.name << " of " << int{c.y} << " " << int{c.u}
                                             << " " << int{c.v});
             const ForcedProcessor forced(variant.words);
-            Bitmap yuy2(PXB_YUY2, kSize), rgb24(PXB_RGB24, kSize), rgb32(PXB_RGB32, kSize);
+            Image yuy2(PXB_YUY2, kSize), rgb24(PXB_RGB24, kSize), rgb32(PXB_RGB32, kSize);
             for (int x = 0; x < kSize.width; ++x) {
                 yuy2.At(x, 0)[0] = c.y;
                 yuy2.At(x, 0)[1] = x % 2 ? c.v : c.u;
@@ -83,7 +69,7 @@ TEST(YuvToRgb, AllColors) {
                                      {PXB_YUY2, PXB_RGB32},  {PXB_YUY2, PXB_RGB24},
                                      {PXB_AYUV32, PXB_RGB32}};
     constexpr Size kSize = {512, 128};
-    Bitmap yuy2(PXB_YUY2, kSize);
+    Image yuy2(PXB_YUY2, kSize);
     for (int u = 0; u < 256; ++u) {
         if (!IsTried(u)) continue;
         for (int y = 0; y < kSize.height; ++y)
@@ -92,7 +78,7 @@ TEST(YuvToRgb, AllColors) {
                 yuy2.At(x, y)[1] = static_cast<Byte>(x % 2 ? x / 2 : u);
             }
         for (const FormatPair pair : kPairs) {
-            Bitmap src(pair.from, kSize);
+            Image src(pair.from, kSize);
             ConvertByReference(src.record, yuy2.record, ::Processor::kPlain);
             ASSERT_NO_FATAL_FAILURE(ExpectTheReference(pair.to, src.record)) << "U = " << u;
         }
@@ -106,7 +92,7 @@ constexpr FormatPair kRgbToYuv[] = {
     {PXB_RGB32, PXB_YUY2}, {PXB_RGB32, PXB_NV12}, {PXB_RGB32, PXB_AYUV32},
 };
 
-void Put(const Bitmap& rgb, int x, int y, int b, int g, int r) {
+void Put(const Image& rgb, int x, int y, int b, int g, int r) {
     Byte* const pixel = rgb.At(x, y);
     pixel[0] = static_cast<Byte>(b);
     pixel[1] = static_cast<Byte>(g);
@@ -124,18 +110,17 @@ TEST(RgbToYuv, WorkedValues) {
     };
     for (const PixelFormat from : {PXB_RGB24, PXB_RGB32})
         for (const auto& c : kCases) {
-            Bitmap src(from, {2, 2}), dst(PXB_I420, {2, 2});
+            Image src(from, {2, 2}), dst(PXB_I420, {2, 2});
             for (int i = 0; i < 4; ++i) Put(src, i % 2, i / 2, c.b, c.g, c.r);
             ASSERT_EQ(PxbColorSpaceConv(&dst.record, &src.record), PXB_SUCCESS);
-            dst.bytes.resize(6);
-            EXPECT_EQ(dst.bytes, (std::vector<Byte>{c.y, c.y, c.y, c.y, c.u, c.v}));
+            EXPECT_EQ(dst.First(6), (std::vector<Byte>{c.y, c.y, c.y, c.y, c.u, c.v}));
         }
 }
 
 // Each colour fills a block of 2 x 2 pixels.
 TEST(RgbToYuv, AllColors) {
     for (const FormatPair pair : kRgbToYuv) {
-        Bitmap src(pair.from, {512, 512});
+        Image src(pair.from, {512, 512});
         for (int r = 0; r < 256; ++r) {
             if (!IsTried(r)) continue;
             for (int y = 0; y < 512; ++y)
@@ -148,7 +133,7 @@ TEST(RgbToYuv, AllColors) {
 // Every way to put the eight corners of the colour cube into a block.
 TEST(RgbToYuv, BlocksOfExtremes) {
     for (const FormatPair pair : kRgbToYuv) {
-        Bitmap src(pair.from, {128, 128});
+        Image src(pair.from, {128, 128});
         for (int y = 0; y < 128; ++y)
             for (int x = 0; x < 128; ++x) {
                 const int block = y / 2 * 64 + x / 2;

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "noise.h"
+#include "support/noise.h"
 
 namespace pxb::test {
 namespace {
@@ -108,11 +108,6 @@ Size Enlarged(Size size, int number, int turn) {
 }
 
 }  // namespace
-
-ImageBuffer Describe(PixelFormat format, Size size, int padding, bool bottom_up) {
-    const int stride = BytesPerPixel(format) * size.width + padding;
-    return {nullptr, 0, bottom_up ? -stride : stride, size.width, size.height, format, nullptr};
-}
 
 Reference ReferenceFor(::Processor processor) {
     return [processor](const ImageBuffer& dst, const ImageBuffer& src) {

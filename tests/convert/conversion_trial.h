@@ -6,17 +6,11 @@
 #include <vector>
 
 #include "convert/format_pairs.h"
-#include "guarded_memory.h"
 #include "reference.h"
+#include "support/guarded_memory.h"
+#include "support/image.h"
 
 namespace pxb::test {
-
-struct Size {
-    int width, height;
-};
-
-// A record without data, of rows `padding` bytes longer than needed; bottom_up: of negative stride.
-ImageBuffer Describe(PixelFormat format, Size size, int padding = 0, bool bottom_up = false);
 
 using Converter = std::function<std::int32_t(ImageBuffer* dst, const ImageBuffer* src)>;
 using Reference = std::function<void(const ImageBuffer& dst, const ImageBuffer& src)>;

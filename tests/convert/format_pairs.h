@@ -1,16 +1,12 @@
-// The pixel formats, and which of them convert into which.
+// Which formats convert into which.
 #pragma once
 #include <cstdint>
 #include <string>
 #include <vector>
 
-#include "PxbLib.h"
+#include "support/formats.h"
 
 namespace pxb::test {
-
-constexpr int kFormats = 9;
-constexpr const char* kFormatNames[] = {"",     "RGB24", "RGB32",  "YV12",   "YUY2",
-                                        "I420", "RGB8",  "YUV422", "AYUV32", "NV12"};
 
 constexpr std::int32_t kResults[kFormats][kFormats] = {
     // [from - 1][to - 1]
@@ -40,28 +36,6 @@ inline std::vector<FormatPair> PairsThatConvert() {
             if (kResults[from - 1][to - 1] == 0)
                 pairs.push_back({static_cast<PixelFormat>(from), static_cast<PixelFormat>(to)});
     return pairs;
-}
-
-constexpr bool IsRgb(int format) {
-    return format == PXB_RGB24 || format == PXB_RGB32;
-}
-constexpr bool Is420(int format) {
-    return format == PXB_YV12 || format == PXB_I420 || format == PXB_NV12;
-}
-
-// From one pixel to the next in the first plane.
-constexpr int BytesPerPixel(int format) {
-    switch (format) {
-        case PXB_RGB24:
-            return 3;
-        case PXB_RGB32:
-        case PXB_AYUV32:
-            return 4;
-        case PXB_YUY2:
-            return 2;
-        default:
-            return 1;
-    }
 }
 
 }  // namespace pxb::test

@@ -7,7 +7,7 @@
 
 #include "convert/kernel_table.h"
 #include "convert/load_time.h"
-#include "convert/variant.h"
+#include "support/variants.h"
 
 namespace pxb::test {
 namespace {

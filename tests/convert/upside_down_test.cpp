@@ -4,10 +4,10 @@
 
 #include "convert/rgb_copies.h"
 #include "convert/rgb_to_yuv.h"
-#include "convert/variant.h"
 #include "convert/yuv_reshuffles.h"
 #include "convert/yuv_to_rgb.h"
-#include "noise.h"
+#include "support/noise.h"
+#include "support/variants.h"
 
 namespace pxb::test {
 namespace {

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "PxbLib.h"
-#include "allocations.h"
+#include "support/allocations.h"
 
 namespace pxb::test {
 namespace {

@@ -5,8 +5,8 @@
 
 #include "PxbLib.h"
 #include "core/copy.h"
-#include "guarded_memory.h"
-#include "noise.h"
+#include "support/guarded_memory.h"
+#include "support/noise.h"
 
 namespace pxb::test {
 namespace {

@@ -8,44 +8,15 @@
 #include <string>
 
 #include "convert/conversion_trial.h"
+#include "support/old_caller.h"
 
 namespace {
 
-#if defined(__i386__) && !defined(__SANITIZE_ADDRESS__)  // which itself needs an aligned stack
-
-using Conversion = int32_t(PXB_CALL*)(ImageBuffer*, const ImageBuffer*);
-
-// The stack lies `misalignment` bytes off a multiple of 16 when the call instruction runs.
-__attribute__((naked, noinline)) int32_t CallWithStack(int /*misalignment*/,
-                                                       Conversion /*function*/,
-                                                       ImageBuffer* /*dst*/,
-                                                       const ImageBuffer* /*src*/) {
-    __asm__(
-        "pushl %ebp\n movl %esp, %ebp\n"
-        "andl $-16, %esp\n subl $24, %esp\n addl 8(%ebp), %esp\n"
-        "pushl 20(%ebp)\n pushl 16(%ebp)\n call *12(%ebp)\n"
-        "movl %ebp, %esp\n popl %ebp\n ret\n");
+std::int32_t ConvertAsOldProgram(ImageBuffer* dst, const ImageBuffer* src) {
+    pxb::test::old_stack = (pxb::test::old_stack + 4) % 16;
+    const auto [result, fault] = pxb::test::CallAsOldProgram(PxbColorSpaceConv, dst, src);
+    return fault.empty() ? result : -1;
 }
-
-// As old programs call: they keep the stack at 4 bytes only, and compute with x87 registers, which
-// share their place with those of MMX and must be left empty; otherwise answers -1.
-int32_t ConvertAsOldCaller(ImageBuffer* dst, const ImageBuffer* src) {
-    static int misalignment = 0;
-    misalignment = (misalignment + 4) % 16;
-    const int32_t result = CallWithStack(misalignment, PxbColorSpaceConv, dst, src);
-    struct {
-        std::uint32_t control, status, tags, others[4];
-    } x87;
-    __asm__ volatile("fnstenv %0\n fldenv %0" : "+m"(x87));
-    constexpr std::uint32_t kAllEmpty = 0xFFFF;  // two bits a register
-    return (x87.tags & kAllEmpty) == kAllEmpty ? result : -1;
-}
-
-#else
-
-constexpr auto ConvertAsOldCaller = PxbColorSpaceConv;
-
-#endif
 
 }  // namespace
 
@@ -63,7 +34,7 @@ int main(int argc, char** argv) {
     int failures = 0;
     for (const FormatPair pair : PairsThatConvert()) {
         const testing::AssertionResult result =
-            trial.Run(pair, widths, ReferenceFor(expected->second), ConvertAsOldCaller);
+            trial.Run(pair, widths, ReferenceFor(expected->second), ConvertAsOldProgram);
         if (result) continue;
         ++failures;
         std::printf("%s: %s\n", NameOf(pair).c_str(), result.message());

@@ -1,4 +1,4 @@
-#include "convert/variant.h"
+#include "support/variants.h"
 
 namespace pxb::test {
 namespace {
