@@ -3,12 +3,14 @@
 Object files compiled for one instruction set (baseline, pairwise, mmx, sse2, avx2, avx512) use no
 registers or instructions beyond it. Those of the kernels moreover define no symbol that code for
 other processors could pick up: the linker keeps one copy of an inline function for everybody, and
-that could be the AVX2 one. They also run nothing at load time, before the processor is known."""
+that could be the AVX2 one. They also run nothing at load time, before the processor is known, and
+end what wide, streaming and MMX instructions begin."""
 import re
 import sys
+from collections import defaultdict
 from typing import Iterator
 
-from binary import Binary, Symbol, option_parser
+from binary import Binary, Instruction, Symbol, option_parser
 from registers import complaint, namespace_of
 
 
@@ -23,6 +25,29 @@ def shared_symbol(symbol: Symbol, namespace: str, comdats: set[str]) -> str | No
     return None
 
 
+# What an instruction with its operands begins, and the instruction that must be somewhere in the same
+# function: code for SSE would be slow behind it, other processors would see stores late, x87
+# arithmetic would fail.
+OBLIGATIONS = [
+    (r"%[yz]mm", "vzeroupper"),
+    (r"v?movnt(dq|q|i|p[sd]) |maskmov(q|dqu) ", "sfence"),
+    (r"%mm[0-7]", "emms"),
+]
+
+
+def unfinished(instructions: list[Instruction]) -> Iterator[str]:
+    """Parts that the compiler moves elsewhere (.cold) count as one with their function."""
+    functions = defaultdict(list)
+    for code in instructions:
+        functions[re.sub(r"\.(cold|part)\b.*", "", code.function)].append(code)
+    for name, codes in functions.items():
+        for begun, end in OBLIGATIONS:
+            first = next((code for code in codes
+                          if re.search(begun, f"{code.mnemonic} {code.operands}")), None)
+            if first and all(code.mnemonic != end for code in codes):
+                yield f"{name}: {first.mnemonic} {first.operands}: and no {end}"
+
+
 def faults(binary: Binary, instruction_set: str, bits: int) -> Iterator[str]:
     if instruction_set != "baseline":
         comdats = binary.comdats() if binary.is_windows else set()
@@ -32,6 +57,7 @@ def faults(binary: Binary, instruction_set: str, bits: int) -> Iterator[str]:
         for section in binary.sections():
             if re.match(r"\.(ctors|(pre)?init_array)", section):
                 yield f"{section}: code that runs at load time"
+        yield from unfinished(list(binary.instructions()))
     rules = "baseline" if instruction_set == "pairwise" else instruction_set
     for code in binary.instructions():
         if fault := complaint(code, rules, bits):

@@ -22,6 +22,10 @@ INSTRUCTIONS = [
     ("sse2", "sse2", "vpxor %xmm0,%xmm0,%xmm0", "AVX instruction in sse2"),
     ("sse2", "sse2", "pshufb %xmm1,%xmm0", "instruction beyond sse2"),
     ("sse2", "sse2", "paddb %mm1,%mm0", "register %mm in sse2"),
+    ("avx2", "avx2", "vpaddb %ymm1,%ymm2,%ymm3", "and no vzeroupper"),
+    ("avx512", "avx512", "vpaddb %zmm1,%zmm2,%zmm3", "and no vzeroupper"),
+    ("sse2", "sse2", "movntdq %xmm0,(%esp)", "and no sfence"),
+    ("mmx", "mmx", "paddb %mm1,%mm0", "and no emms"),
     ("avx2", "avx2", "vpxord %zmm0,%zmm0,%zmm0", "register %zmm in avx2"),
     ("avx2", "avx2", "vfmadd231ps %ymm0,%ymm1,%ymm2", "instruction beyond avx2"),
     ("avx512", "avx512", "vpmullq %zmm0,%zmm1,%zmm2", "instruction beyond avx512"),
@@ -59,10 +63,17 @@ LIBRARIES = [
     (function("sse2", "vpxor %ymm0,%ymm0,%ymm0"), [], "_ZN3pxb4sse21FEv: vpxor"),
     (function("plain", "vpxor %ymm0,%ymm0,%ymm0"), [], "_ZN3pxb5plain1FEv: vpxor"),
     (function("mmx", "nop"), [], "_ZN3pxb3mmx1FEv: no call can choose"),
+    ("namespace pxb { int count; int Count() { return ++count; } }", [],
+     "_ZN3pxb5countE: should not be in the writable data"),
+    ("namespace pxb { int Count() { static int pxb = 5; return ++pxb; } }", [],
+     "_ZZN3pxb5CountEvE3pxb: should not be in the writable data"),
+    ("", [], "_ZN3pxb11KernelTableE: missing from the writable data"),
     ("", ["-s"], "is the symbol table gone?"),
 ]
 LIBRARIES_LINUX = [
     ("", ["-Wl,--no-as-needed", "-lstdc++"], "libstdc++.so.6: the library must not need it"),
+    ("namespace { int count; } int Count() { return ++count; }", [],
+     "_ZN12_GLOBAL__N_15countE: should not be in the writable data"),
 ]
 LIBRARIES_WINDOWS = [
     ('extern "C" __stdcall int MessageBeep(unsigned);'
@@ -105,6 +116,10 @@ def outcomes(options: argparse.Namespace, folder: Path):
             LIBRARIES_WINDOWS if options.windows else LIBRARIES_LINUX):
         library = compiled(source, "fault.so", "-shared", "-fPIC", *flags)
         yield complaint, checked_library(options.exports, library)
+
+    hidden = compiled('extern "C" int PxbResize() { return 0; }', "fault.o", "-c")
+    yield "PxbResize: exists and is declared, but not exported", checked_library(
+        options.exports, "--objects", hidden, "--", options.library)
 
     longer = folder / "exports.def"
     longer.write_text(Path(options.exports).read_text() + "    PxbExtra\n")
