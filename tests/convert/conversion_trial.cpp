@@ -1,34 +1,9 @@
 #include "convert/conversion_trial.h"
 
 #include <algorithm>
-#include <cstring>
-
-#include "support/noise.h"
 
 namespace pxb::test {
 namespace {
-
-using Int = std::int64_t;
-
-// Offsets of the first byte and of the end of what is visited, from the image's data.
-struct Span {
-    Int first = INT64_MAX, end = INT64_MIN;
-
-    void Add(Int offset, Int bytes) {
-        if (bytes <= 0) return;
-        first = std::min(first, offset);
-        end = std::max(end, offset + bytes);
-    }
-    bool IsEmpty() const { return first > end; }
-};
-
-struct Visited {
-    Span luma, chroma;  // packed images: all in luma
-
-    Span All() const {
-        return {std::min(luma.first, chroma.first), std::max(luma.end, chroma.end)};
-    }
-};
 
 // The walk of one conversion: which pixels it visits, and where rows lean to the left.
 struct Walk {
@@ -115,15 +90,7 @@ Reference ReferenceFor(::Processor processor) {
     };
 }
 
-ConversionTrial::ConversionTrial()
-    : background_(Noise(GuardedMemory::kSize, 1)), expected_(GuardedMemory::kSize) {
-    const std::vector<std::uint8_t> pixels = Noise(2 * GuardedMemory::kArea, 2);
-    std::memcpy(src_memory_.First(), pixels.data(), GuardedMemory::kArea);
-    std::memcpy(src_memory_.Second(), pixels.data() + GuardedMemory::kArea, GuardedMemory::kArea);
-    src_memory_.ForbidWriting();
-}
-
-void ConversionTrial::Place(ImageBuffer& dst, ImageBuffer& src, Placement placement) const {
+void ConversionTrial::PlaceBoth(ImageBuffer& dst, ImageBuffer& src, Placement placement) const {
     // A copy between planar images places the planes of the destination by the common height.
     bool split_src = placement == Placement::kSplit && Is420(src.format);
     bool split_dst = placement == Placement::kSplit && !split_src && Is420(dst.format);
@@ -133,43 +100,11 @@ void ConversionTrial::Place(ImageBuffer& dst, ImageBuffer& src, Placement placem
     if (split_dst) MakeTall(dst, Walk(dst, src));
     const Walk walk(dst, src);
     const auto place = [&](ImageBuffer& image, const GuardedMemory& memory, bool split) {
-        const Visited visited = walk.Of(image);
-        const Span all = visited.All();
-        if (all.IsEmpty())
-            image.data = memory.FirstEnd();
-        else if (placement == Placement::kFront)
-            image.data = memory.First() - all.first;
-        else
-            image.data = memory.FirstEnd() - (split ? visited.luma.end : all.end);
+        const bool whole = placement == Placement::kSplit && !split;
+        Place(image, memory, walk.Of(image), whole ? Placement::kBack : placement);
     };
-    place(src, src_memory_, split_src);
-    place(dst, dst_memory_, split_dst);
-}
-
-testing::AssertionResult ConversionTrial::Compare(ImageBuffer dst, ImageBuffer src,
-                                                  Placement placement, const Reference& reference,
-                                                  const Converter& convert) {
-    Place(dst, src, placement);
-    std::memcpy(expected_.data(), background_.data(), background_.size());
-    std::uint8_t* const areas[] = {dst_memory_.First(), dst_memory_.Second()};
-    const auto offset = [&](const std::uint8_t* p) { return p - dst_memory_.Base(); };
-    for (std::uint8_t* area : areas)
-        std::memcpy(area, background_.data() + offset(area), GuardedMemory::kArea);
-
-    ImageBuffer expected = dst;
-    expected.data = expected_.data() + offset(dst.data);
-    reference(expected, src);
-    const std::int32_t result = convert(&dst, &src);
-    if (result != PXB_SUCCESS) return testing::AssertionFailure() << "result " << result;
-
-    for (const std::uint8_t* area : areas) {
-        const std::uint8_t* const wanted = expected_.data() + offset(area);
-        if (std::memcmp(area, wanted, GuardedMemory::kArea) == 0) continue;
-        const auto [got, want] = std::mismatch(area, area + GuardedMemory::kArea, wanted);
-        return testing::AssertionFailure() << "byte " << got - dst.data << " after the data is "
-                                           << int{*got} << ", expected " << int{*want};
-    }
-    return testing::AssertionSuccess();
+    place(src, src_memory, split_src);
+    place(dst, dst_memory, split_dst);
 }
 
 testing::AssertionResult ConversionTrial::Run(FormatPair pair, const std::vector<int>& widths,
@@ -186,11 +121,12 @@ testing::AssertionResult ConversionTrial::Run(FormatPair pair, const std::vector
                 const Size size = {width, height};
                 const bool grey = from == PXB_RGB8 || to == PXB_RGB8;  // the source has to fit
                 const Size src_size = grey ? size : Enlarged(size, number_, 2);
-                const auto result = Compare(
-                    Describe(to, Enlarged(size, number_, 1), number_ % 5,
-                             can_turn(to) && number_ % 7 == 3),
-                    Describe(from, src_size, number_ % 4, can_turn(from) && number_ % 7 == 5),
-                    placement, reference, convert);
+                ImageBuffer dst = Describe(to, Enlarged(size, number_, 1), number_ % 5,
+                                           can_turn(to) && number_ % 7 == 3);
+                ImageBuffer src =
+                    Describe(from, src_size, number_ % 4, can_turn(from) && number_ % 7 == 5);
+                PlaceBoth(dst, src, placement);
+                const auto result = Compare(dst, src, reference, convert);
                 if (!result)
                     return testing::AssertionFailure() << width << " x " << height << ", number "
                                                        << number_ << ": " << result.message();

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/float_environment.h"
+
 namespace pxb::test {
 namespace {
 
@@ -45,68 +47,20 @@ TEST(StudioColor, AllColors) {
     EXPECT_EQ(hash.Value(), kAllColors);
 }
 
-// ---- The caller's floating-point environment ----
-
-struct Environment {
-    std::uint16_t x87_control, x87_status;
-    std::uint32_t mxcsr;  // 64-bit builds
-    bool operator==(const Environment&) const = default;
-};
-
-constexpr std::uint16_t kFlags = 0x3F;
-
-Environment Now() {
-    Environment now = {};
-    __asm__ volatile("fnstcw %0\n fnstsw %1" : "=m"(now.x87_control), "=m"(now.x87_status));
-    now.x87_status &= kFlags;
-#if defined(__x86_64__)
-    __asm__ volatile("stmxcsr %0" : "=m"(now.mxcsr));
-#endif
-    return now;
-}
-
-void Switch(const Environment& to) {
-    std::uint32_t words[7];
-    __asm__ volatile("fnstenv %0" : "=m"(words));
-    words[0] = (words[0] & ~0xFFFFu) | to.x87_control;
-    words[1] = (words[1] & ~std::uint32_t{kFlags}) | to.x87_status;
-    __asm__ volatile("fldenv %0" : : "m"(words) : "memory");
-#if defined(__x86_64__)
-    __asm__ volatile("ldmxcsr %0" : : "m"(to.mxcsr) : "memory");
-#endif
-}
-
-// Exact arithmetic, which traps if an exception waits to be delivered.
-void Compute() {
-    __asm__ volatile("fld1\n fld1\n faddp\n fstp %%st(0)\n fwait" : : : "st", "memory");
-}
-
 TEST(StudioColor, EnvironmentOfTheCallerDoesNotMatter) {
-    constexpr std::uint32_t kDefault = 0x1F80;
-    constexpr Environment kEnvironments[] = {
-        {0x037F, 0, kDefault},                              // 64 bits of precision
-        {0x027F, 0, kDefault},                              // 53 bits
-        {0x007F, 0, 0x1F80 | 0x2000},                       // 24 bits; rounding down
-        {0x0F7F, 0, 0x1F80 | 0x4000},                       // rounding toward zero; up
-        {0x0B7F, 0, 0x1F80 | 0x6000},                       // rounding up; toward zero
-        {0x0340, 0, 0x0000},                                // all exceptions unmasked
-        {0x035F, 0, 0x0F80},                                // an inexact result would trap
-        {0x037F, 0x20, 0x1FA0},                             // flags that stand
-        {0x037F, 0x3D, 0x1FBD},       {0x037F, 0, 0x9FC0},  // denormals flushed to zero
-    };
     constexpr std::uint32_t kStep = 2531;
-    const Environment before = Now();
-    for (const Environment& environment : kEnvironments) {
+    const FloatEnvironment before = FloatEnvironmentNow();
+    for (const FloatEnvironment& environment : kFloatEnvironments) {
         Hash hash;
         bool kept = true;
-        Switch(environment);
-        const Environment switched = Now();
+        SwitchTo(environment);
+        const FloatEnvironment switched = FloatEnvironmentNow();
         for (std::uint32_t code = 0; code < 1 << 24; code += kStep) {
             hash.Add(StudioYuv(ColorOf(code)));
-            kept = kept && Now() == switched;
+            kept = kept && FloatEnvironmentNow() == switched;
         }
-        Compute();
-        Switch(before);
+        ComputeWithX87();
+        SwitchTo(before);
         SCOPED_TRACE(testing::Message() << std::hex << environment.x87_control << " "
                                         << environment.x87_status << " " << environment.mxcsr);
         EXPECT_EQ(switched.x87_control, environment.x87_control);
