@@ -9,7 +9,8 @@ set(PXB_SIMD_FLAGS_wide -mtune=icelake-server $<$<CXX_COMPILER_ID:GNU>:-fno-tree
 set(PXB_SIMD_FLAGS_avx2 -mavx2 ${PXB_SIMD_FLAGS_wide})
 # GCC 12 warns within its own header.
 set(PXB_SIMD_FLAGS_avx512 -mavx512vl -mavx512bw -mavx512vbmi -mavx512vnni
-    -mprefer-vector-width=512 $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized> ${PXB_SIMD_FLAGS_wide})
+    -mprefer-vector-width=512 ${PXB_SIMD_FLAGS_wide}
+    "$<$<CXX_COMPILER_ID:GNU>:-Wno-uninitialized;-Wno-maybe-uninitialized>")
 if(PXB_X86_32)  # no SIMD register outside the kernels
     set(PXB_SIMD_FLAGS_baseline -mno-sse -mno-mmx)
     set(PXB_SIMD_FLAGS_mmx -mmmx -mno-sse)

@@ -18,6 +18,7 @@ struct ToRgb<Avx2<kStores>, kBytesPerPixel> : Avx2<kStores> {
     };
     struct EvensFirst {
         __m256i all;  // Samples: in each block the even bytes before the odd ones
+        static constexpr PXB_INLINE int At(int i) { return i / 2 + i % 2 * 8; }
     };
     struct Crossed {
         __m256i all;  // Samples: the two quarters in the middle exchanged
@@ -89,7 +90,9 @@ struct ToRgb<Avx2<kStores>, kBytesPerPixel> : Avx2<kStores> {
     static PXB_INLINE auto Join(Lanes even, Lanes odd) {
         const __m256i apart = _mm256_packus_epi16(even.all, odd.all);
         if constexpr (kBytesPerPixel == 4)
-            return Samples{_mm256_shuffle_epi8(apart, V::TwiceInBlocks(EvensFirstPlace))};
+            return Samples{_mm256_shuffle_epi8(apart, V::TwiceInBlocks([](int i) PXB_INLINE_LAMBDA {
+                                                   return EvensFirst::At(i);
+                                               }))};
         else
             return EvensFirst{apart};
     }
@@ -102,12 +105,12 @@ struct ToRgb<Avx2<kStores>, kBytesPerPixel> : Avx2<kStores> {
     }
     static PXB_INLINE void Store(Byte* dst, Samples b, Samples g, Samples r) {
         if constexpr (kBytesPerPixel == 3)
-            V::template StoreChannels<V::InOrder>(dst, b.all, g.all, r.all);
+            V::template StoreChannels<typename V::InOrder>(dst, b.all, g.all, r.all);
         else
             StoreBgr0(dst, dst + 64, dst + 32, dst + 96, b.all, g.all, r.all);
     }
     static PXB_INLINE void Store(Byte* dst, EvensFirst b, EvensFirst g, EvensFirst r) {
-        V::template StoreChannels<EvensFirstPlace>(dst, b.all, g.all, r.all);
+        V::template StoreChannels<EvensFirst>(dst, b.all, g.all, r.all);
     }
     static PXB_INLINE void Store(Byte* dst, Crossed b, Crossed g, Crossed r) {
         StoreBgr0(dst, dst + 32, dst + 64, dst + 96, b.all, g.all, r.all);
@@ -120,7 +123,6 @@ struct ToRgb<Avx2<kStores>, kBytesPerPixel> : Avx2<kStores> {
     }
 
   private:
-    static constexpr int EvensFirstPlace(int i) { return i / 2 + i % 2 * 8; }
     static PXB_INLINE Uv Signed(__m256i uv) {
         return {_mm256_xor_si256(uv, _mm256_set1_epi8(static_cast<char>(0x80)))};
     }

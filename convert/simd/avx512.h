@@ -19,9 +19,11 @@ struct ToRgb<Avx512<kStores>, kBytesPerPixel> : Avx512<kStores> {
     };
     struct EvensFirst {
         __m512i all;  // Samples: in each block the even bytes before the odd ones
+        static constexpr PXB_INLINE int At(int i) { return i / 16 * 16 + i % 16 / 2 + i % 2 * 8; }
     };
     struct HalvesInTurn {
         __m512i all;  // Samples: in each block 8 bytes of the low half and then 8 of the high one
+        static constexpr PXB_INLINE int At(int i) { return i % 32 / 8 * 16 + i / 32 * 8 + i % 8; }
     };
     struct Uv {
         __m512i all;  // signed bytes u, v in each 16-bit lane
@@ -96,9 +98,8 @@ struct ToRgb<Avx512<kStores>, kBytesPerPixel> : Avx512<kStores> {
     static PXB_INLINE auto Join(Lanes even, Lanes odd) {
         const __m512i apart = _mm512_packus_epi16(even.all, odd.all);
         if constexpr (kBytesPerPixel == 4)
-            return Samples{_mm512_shuffle_epi8(apart, V::Indices([](int i) PXB_INLINE_LAMBDA {
-                                                   return EvensFirstPlace(i) % 16;
-                                               }))};
+            return Samples{_mm512_shuffle_epi8(
+                apart, V::Indices([](int i) PXB_INLINE_LAMBDA { return EvensFirst::At(i) % 16; }))};
         else
             return EvensFirst{apart};
     }
@@ -123,10 +124,10 @@ struct ToRgb<Avx512<kStores>, kBytesPerPixel> : Avx512<kStores> {
         V::StoreAll(dst + 192, _mm512_unpackhi_epi16(bg_high, r0_high));
     }
     static PXB_INLINE void Store(Byte* dst, EvensFirst b, EvensFirst g, EvensFirst r) {
-        V::template StoreChannels<EvensFirstPlace>(dst, b.all, g.all, r.all);
+        V::template StoreChannels<EvensFirst>(dst, b.all, g.all, r.all);
     }
     static PXB_INLINE void Store(Byte* dst, HalvesInTurn b, HalvesInTurn g, HalvesInTurn r) {
-        V::template StoreChannels<HalvesInTurnPlace>(dst, b.all, g.all, r.all);
+        V::template StoreChannels<HalvesInTurn>(dst, b.all, g.all, r.all);
     }
     template <class Channels>
     static PXB_INLINE void StoreBgra(Byte* dst, const Channels& low, const Channels& high,
@@ -139,17 +140,16 @@ struct ToRgb<Avx512<kStores>, kBytesPerPixel> : Avx512<kStores> {
     // Four pixels take so many bytes.
     static constexpr int kSampleGroup = 4, kYuy2Group = 8;
 
-    static constexpr int EvensFirstPlace(int i) { return i / 16 * 16 + i % 16 / 2 + i % 2 * 8; }
-    static constexpr int HalvesInTurnPlace(int i) { return i % 32 / 8 * 16 + i / 32 * 8 + i % 8; }
     // Where byte i comes from.
     template <int kGroup>
-    static constexpr int PlaceOf(int i) {
+    static constexpr PXB_INLINE int PlaceOf(int i) {
         return kBytesPerPixel == 4 ? (i % 16 / kGroup * 4 + i / 16) * kGroup + i % kGroup : i;
     }
     template <int kGroup>
     static PXB_INLINE __m512i Deal(__m512i a) {
         if (kBytesPerPixel != 4) return a;
-        return _mm512_permutexvar_epi8(V::Indices(PlaceOf<kGroup>), a);
+        return _mm512_permutexvar_epi8(
+            V::Indices([](int i) PXB_INLINE_LAMBDA { return PlaceOf<kGroup>(i); }), a);
     }
     static PXB_INLINE Uv Signed(__m512i uv) {
         return {_mm512_xor_si512(uv, _mm512_set1_epi8(static_cast<char>(0x80)))};

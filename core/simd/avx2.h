@@ -120,13 +120,15 @@ struct Avx2 {
         if (kStreams) PrefetchAhead(src);
         return _mm_loadu_si128(reinterpret_cast<const __m128i*>(src));
     }
-    static constexpr int InOrder(int i) { return i; }
+    struct InOrder {
+        static constexpr PXB_INLINE int At(int i) { return i; }
+    };
     // Channels whose bytes stand in another order, as packing leaves them: byte i of a block is in
-    // its place kPlace(i). A shuffle puts each into its place in one of three outputs of 16 bytes a
+    // its place Order::At(i). A shuffle puts each into its place in one of three outputs of 16 bytes a
     // block; blends gather them.
-    template <int (*kPlace)(int)>
+    template <class Order>
     static PXB_INLINE void StoreChannels(Byte* dst, __m256i b, __m256i g, __m256i r) {
-        const __m256i bs = Place<0, kPlace>(b), gs = Place<1, kPlace>(g), rs = Place<2, kPlace>(r);
+        const __m256i bs = Place<0, Order>(b), gs = Place<1, Order>(g), rs = Place<2, Order>(r);
         const __m256i first16 = InTurn(bs, gs, rs);
         const __m256i second16 = InTurn(gs, rs, bs);
         const __m256i third16 = InTurn(rs, bs, gs);
@@ -135,11 +137,11 @@ struct Avx2 {
         StoreAll(dst + 64, _mm256_permute2x128_si256(second16, third16, 0x31));
     }
     // Sample i of a channel belongs into byte 3 i + channel of 48, here modulo 16.
-    template <int kChannel, int (*kPlace)(int)>
+    template <int kChannel, class Order>
     static PXB_INLINE __m256i Place(__m256i a) {
         return _mm256_shuffle_epi8(a, TwiceInBlocks([](int i) PXB_INLINE_LAMBDA {
                                        while (i % 3 != kChannel) i += 16;
-                                       return kPlace(i / 3);
+                                       return Order::At(i / 3);
                                    }));
     }
     // Byte i of x, y or z, in turn.

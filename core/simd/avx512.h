@@ -139,12 +139,14 @@ struct Avx512 {
         for (int i = 0; i < 4; ++i) pixels.quarter[i] = LoadQuarter<kBytesPerPixel>(src, i);
         return pixels;
     }
-    static constexpr int InOrder(int i) { return i; }
+    struct InOrder {
+        static constexpr PXB_INLINE int At(int i) { return i; }
+    };
     // Channels whose bytes stand in another order, as packing leaves them: byte i is in place
-    // kPlace(i). A permutation puts each into its place in one of three outputs; blends gather them.
-    template <int (*kPlace)(int)>
+    // Order::At(i). A permutation puts each into its place in one of three outputs; blends gather them.
+    template <class Order>
     static PXB_INLINE void StoreChannels(Byte* dst, __m512i b, __m512i g, __m512i r) {
-        const __m512i bs = Place<0, kPlace>(b), gs = Place<1, kPlace>(g), rs = Place<2, kPlace>(r);
+        const __m512i bs = Place<0, Order>(b), gs = Place<1, Order>(g), rs = Place<2, Order>(r);
         StoreAll(dst, InTurn(bs, gs, rs));
         StoreAll(dst + 64, InTurn(gs, rs, bs));
         StoreAll(dst + 128, InTurn(rs, bs, gs));
@@ -173,11 +175,11 @@ struct Avx512 {
         });
     }
     // Sample i of a channel belongs into byte 3 i + channel of 192, here modulo 64.
-    template <int kChannel, int (*kPlace)(int)>
+    template <int kChannel, class Order>
     static PXB_INLINE __m512i Place(__m512i a) {
         return _mm512_permutexvar_epi8(Indices([](int i) PXB_INLINE_LAMBDA {
                                            while (i % 3 != kChannel) i += 64;
-                                           return kPlace(i / 3);
+                                           return Order::At(i / 3);
                                        }),
                                        a);
     }
