@@ -87,12 +87,6 @@ ResultCode RunRgb8ToRgb24(const ImageBuffer& to, const ImageBuffer& from) {
     return PXB_SUCCESS;
 }
 
-// The wide variants are for sources whose own width is a multiple of 16, whatever the common width.
-ResultCode RunRgb24ToYuy2(const ImageBuffer& to, const ImageBuffer& from) {
-    const bool whole_runs = from.width % 16 == 0;
-    return RunPacked(whole_runs ? kRgb24ToYuy2.Choose() : kRgb24ToYuy2.plain, to, from);
-}
-
 ResultCode FromRgb24(const ImageBuffer& to, const ImageBuffer& from) {
     switch (to.format) {
         case PXB_RGB24:
@@ -103,7 +97,7 @@ ResultCode FromRgb24(const ImageBuffer& to, const ImageBuffer& from) {
         case PXB_I420:
             return RunTo420(kRgb24ToYuv420.Choose(), to, from);
         case PXB_YUY2:
-            return RunRgb24ToYuy2(to, from);
+            return RunPacked(kRgb24ToYuy2.Choose(), to, from);
         case PXB_RGB8:
             return PXB_UNSUPPORTED;
         default:

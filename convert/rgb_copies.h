@@ -15,7 +15,7 @@ namespace pxb {
 PXB_TARGETS(PXB_DECLARE_RGB_COPIES)
 #undef PXB_DECLARE_RGB_COPIES
 
-// Copies are the same for all processors: no vector loop moves bytes faster than the string move.
+// Copies are the same for all processors: they choose by the size of a row, see core/copy.h.
 PackedToPackedKernel CopyRgb24, CopyRgb32;
 
 constexpr Variants<PackedToPackedKernel> kCopyRgb24 = {CopyRgb24};
