@@ -1,5 +1,6 @@
 // PxbChannelGet: checks the records and takes one channel of packed RGB, or the luma of any image.
-#include <algorithm>
+#include <cstdint>
+#include <limits>
 
 #include "convert/channel.h"
 #include "core/copy.h"
@@ -51,45 +52,40 @@ ResultCode FromPackedRgb(const ImageBuffer& to, const ImageBuffer& from, std::in
     }
 }
 
-constexpr std::int32_t kBandRows = 16;
-
-// Whether bands of rows convert like the whole image does: where rows are packed and no size is
-// rounded. An image too large for one allocation must not get past it in bands.
-bool ConvertsInBands(const ImageBuffer& image) {
-    constexpr std::int64_t kMostPixels = 1 << 30;
-    const bool packed =
-        image.format == PXB_RGB24 || image.format == PXB_RGB32 || image.format == PXB_YUY2;
-    return packed && image.width > 0 && image.width % 2 == 0 && image.height % 2 == 0 &&
-           std::int64_t{image.width} * image.height <= kMostPixels;
-}
-
-ImageBuffer RowsOf(const ImageBuffer& image, std::int32_t first, std::int32_t height) {
-    ImageBuffer rows = image;
-    rows.data += std::int64_t{first} * image.stride;
-    rows.height = std::min(height, image.height - first);
-    return rows;
-}
-
-// Luma by way of a temporary image, of rounded size; a small one where that does, since a large one
-// takes longer to come by than to convert. Failures leave the destination as it is and are not
-// reported: callers depend on the 0.
-void TakeLuma(const ImageBuffer& to, const ImageBuffer& from) {
-    const std::int32_t rows =
-        ConvertsInBands(from) ? std::min(kBandRows, from.height) : from.height;
+// By way of a temporary image, of rounded size and black where the conversion does not write.
+// Failures leave the destination as it is and are not reported: callers depend on the 0.
+void TakeLumaByConversion(const ImageBuffer& to, const ImageBuffer& from) {
     ImageBuffer luma = {};
     luma.format = PXB_YV12;
     luma.width = from.width;
-    luma.height = rows;
+    luma.height = from.height;
     if (PxbNew(&luma, 0) != PXB_SUCCESS) return;
-    for (std::int32_t y = 0; y < from.height; y += rows) {
-        const ImageBuffer band = RowsOf(from, y, rows);
-        if (rows < from.height) luma.height = band.height;
-        if (PxbColorSpaceConv(&luma, &band) != PXB_SUCCESS) break;
-        if (HasPixels(luma) && HasPixels(to))
-            CopyRows(to.data + std::ptrdiff_t{y} * to.stride, to.stride, luma.data, luma.stride,
-                     luma.stride, luma.height);
-    }
+    if (PxbColorSpaceConv(&luma, &from) == PXB_SUCCESS && HasPixels(luma) && HasPixels(to))
+        CopyRows(to.data, to.stride, luma.data, luma.stride, luma.stride, luma.height);
     PxbDelete(&luma);
+}
+
+// What that comes to where no size is rounded and no row drifts: luma alone, without the temporary
+// image. Sizes that an image cannot have are refused all the same.
+void TakeLumaOfEven(const ImageBuffer& to, const ImageBuffer& from, PackedToPackedKernel* kernel) {
+    constexpr std::int64_t kMostBytes = std::numeric_limits<std::int32_t>::max();
+    if (std::int64_t{from.width} * from.height / 2 * 3 > kMostBytes || !HasPixels(to)) return;
+    kernel(to.data, to.stride, from.data, from.stride, from.width, from.height);
+}
+
+void TakeLuma(const ImageBuffer& to, const ImageBuffer& from) {
+    const bool even = from.width > 0 && from.width % 2 == 0 && from.height % 2 == 0;
+    if (!even || from.height < 0) return TakeLumaByConversion(to, from);
+    switch (from.format) {
+        case PXB_RGB24:
+            return TakeLumaOfEven(to, from, kRgb24Luma.Choose());
+        case PXB_RGB32:
+            return TakeLumaOfEven(to, from, kRgb32Luma.Choose());
+        case PXB_YUY2:
+            return TakeLumaOfEven(to, from, kYuy2Luma.Choose());
+        default:
+            return TakeLumaByConversion(to, from);
+    }
 }
 
 }  // namespace

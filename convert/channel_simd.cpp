@@ -52,4 +52,26 @@ void TakeRgb24Grey(Byte* dst, std::int32_t dst_stride, const Byte* src, std::int
     Weigh<3, 28, 151, 77, 0>(dst, dst_stride, src, src_stride, width, height);
 }
 
+void TakeRgb24Luma(Byte* dst, std::int32_t dst_stride, const Byte* src, std::int32_t src_stride,
+                   std::int32_t width, std::int32_t height) {
+    Weigh<3, 25, 129, 66, 16>(dst, dst_stride, src, src_stride, width, height);
+}
+
+void TakeRgb32Luma(Byte* dst, std::int32_t dst_stride, const Byte* src, std::int32_t src_stride,
+                   std::int32_t width, std::int32_t height) {
+    Weigh<4, 25, 129, 66, 16>(dst, dst_stride, src, src_stride, width, height);
+}
+
+void TakeYuy2Luma(Byte* dst, std::int32_t dst_stride, const Byte* src, std::int32_t src_stride,
+                  std::int32_t width, std::int32_t height) {
+    const Writer write(width, height);
+    ForRows(dst, dst_stride, src, src_stride, height,
+            [&](Byte* to, const Byte* from) PXB_INLINE_LAMBDA {
+                write.To(to).ForPairs(width, [=]<class V>(std::ptrdiff_t x) PXB_INLINE_LAMBDA {
+                    const Byte* const pixels = from + 2 * x;
+                    V::Store(to + x, V::Evens(V::Load(pixels), V::Load(pixels + V::kPixels)));
+                });
+            });
+}
+
 }  // namespace pxb::PXB_TARGET

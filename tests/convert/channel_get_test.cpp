@@ -153,7 +153,7 @@ TEST(ChannelGet, ImagesWithoutPixelsGiveNone) {
 TEST(ChannelGet, LumaWithoutMemoryIsSilent) {
     std::vector<Byte> pixels = Noise(64, 6), out(64, 77);
     ImageBuffer dst = {out.data(), 8, 4, 4, 4, 0, nullptr};
-    ImageBuffer src = {pixels.data(), 0, 16, 4, 4, PXB_RGB32, nullptr};
+    ImageBuffer src = {pixels.data(), 0, 16, 3, 3, PXB_RGB32, nullptr};
     {
         const FailingAllocation failing(0);
         EXPECT_EQ(PxbChannelGet(&dst, &src, 5), PXB_SUCCESS);
