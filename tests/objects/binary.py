@@ -34,7 +34,7 @@ class Binary:
         """Defined symbols, without those that stand for a section."""
         for line in self._run(self._nm, "--format=sysv", "--defined-only").splitlines():
             cells = [cell.strip() for cell in line.split("|")]
-            if len(cells) == 7 and cells[0] != cells[6]:
+            if len(cells) == 7 and cells[0].partition("$")[0] != cells[6]:
                 yield Symbol(self._plain(cells[0]), cells[2], cells[6])
 
     def comdats(self) -> set[str]:
