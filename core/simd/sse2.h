@@ -30,7 +30,7 @@ struct Sse2Register {
     }
     static PXB_INLINE void StoreHalves(Byte* low, Byte* high, Register a) {
         _mm_storel_epi64(reinterpret_cast<Register*>(low), a);
-        _mm_storeh_pd(reinterpret_cast<double*>(high), _mm_castsi128_pd(a));
+        _mm_storel_epi64(reinterpret_cast<Register*>(high), _mm_srli_si128(a, 8));
     }
 
     static PXB_INLINE Register And(Register a, Register b) { return _mm_and_si128(a, b); }
