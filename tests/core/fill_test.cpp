@@ -219,7 +219,7 @@ TEST(CopyBytes, CopiesLongRows) {
 
 TEST(CopyBytes, LeavesCopiesOntoThemselves) {
     for (const int bytes : CopyLengths(70000)) {
-        const std::vector<Byte> before = Noise(bytes, 1);
+        const std::vector<Byte> before = Noise(bytes + 1, 1);
         std::vector<Byte> row = before;
         CopyBytes(row.data(), row.data(), bytes);
         ASSERT_EQ(row, before) << bytes << " bytes";
