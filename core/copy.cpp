@@ -6,7 +6,8 @@ namespace pxb {
 namespace {
 
 void StringMove(Byte* dst, const Byte* src, std::size_t bytes) {
-    __asm__ volatile("rep movsb" : "+D"(dst), "+S"(src), "+c"(bytes) : : "memory");
+    Byte* to = dst;
+    __asm__ volatile("rep movsb" : "+D"(to), "+S"(src), "+c"(bytes) : : "memory");
 }
 
 // Whether the destination lies a few bytes behind the source, whole pages left aside. String moves
