@@ -8,14 +8,13 @@
 namespace pxb::PXB_TARGET {
 
 template <Stores kStores, int kBytesPerPixel>
-struct ToRgb<Avx2<kStores>, kBytesPerPixel> : Avx2<kStores> {
+struct ToRgb<Avx2<kStores>, kBytesPerPixel> : ByteLanesOf<Avx2<kStores>> {
     using V = Avx2<kStores>;
-    struct Lanes {
-        __m256i all;
-    };
-    struct Samples {
-        __m256i all;  // in natural order
-    };
+    using L = ByteLanesOf<V>;
+    using typename L::Lanes;
+    using typename L::Packed;
+    using typename L::Samples;
+    using typename L::Uv;
     struct EvensFirst {
         __m256i all;  // Samples: in each block the even bytes before the odd ones
         static constexpr PXB_INLINE int At(int i) { return i / 2 + i % 2 * 8; }
@@ -23,30 +22,12 @@ struct ToRgb<Avx2<kStores>, kBytesPerPixel> : Avx2<kStores> {
     struct Crossed {
         __m256i all;  // Samples: the two quarters in the middle exchanged
     };
-    struct Uv {
-        __m256i all;  // signed bytes u, v in each 16-bit lane
-    };
-    struct Weights {
-        __m256i all;  // unsigned bytes in the order of Uv
-    };
-    struct Packed {
-        Samples low, high;
-        Uv uv_low, uv_high;
-    };
-
-    static PXB_INLINE Lanes Set(int value) {
-        return {_mm256_set1_epi16(static_cast<short>(value))};
-    }
-    static PXB_INLINE Lanes Factor(int value) { return Set(value); }
-    static PXB_INLINE Weights FactorU(int u) { return FactorUv(u, 0); }
-    static PXB_INLINE Weights FactorV(int v) { return FactorUv(0, v); }
-    static PXB_INLINE Weights FactorUv(int u, int v) { return {Set(u | v << 8).all}; }
 
     static PXB_INLINE Samples LoadLuma(const Byte* src) { return {V::LoadAll(src)}; }
     static PXB_INLINE Uv LoadUv(const Byte* u, const Byte* v) {
-        return Signed(V::LoadPairs(u, v).all);
+        return L::Signed(V::LoadPairs(u, v).all);
     }
-    static PXB_INLINE Uv LoadUv(const Byte* uv) { return Signed(V::LoadAll(uv)); }
+    static PXB_INLINE Uv LoadUv(const Byte* uv) { return L::Signed(V::LoadAll(uv)); }
     static PXB_INLINE Packed LoadYuy2(const Byte* src) {
         const __m256i a = V::LoadAll(src), b = V::LoadAll(src + 32);
         const bool cross = kBytesPerPixel == 4;  // see Narrow
@@ -56,35 +37,8 @@ struct ToRgb<Avx2<kStores>, kBytesPerPixel> : Avx2<kStores> {
             V::TwiceInBlocks([](int i) PXB_INLINE_LAMBDA { return i / 4 * 4 + i % 2 * 2 + 1; });
         return {{low},
                 {high},
-                Signed(_mm256_shuffle_epi8(low, twice)),
-                Signed(_mm256_shuffle_epi8(high, twice))};
-    }
-    static PXB_INLINE Packed LoadAyuv(const Byte* src) {
-        const auto pixels = V::LoadBgrx(src);
-        const __m256i* const q = pixels.quarter;
-        return {{V::LowWords(q[0], q[1])},
-                {V::LowWords(q[2], q[3])},
-                Signed(V::HighWords(q[0], q[1])),
-                Signed(V::HighWords(q[2], q[3]))};
-    }
-
-    static PXB_INLINE Lanes Weigh(Uv uv, Weights weights) {
-        return {_mm256_maddubs_epi16(weights.all, uv.all)};
-    }
-    static PXB_INLINE Lanes MulEven(Samples a, Lanes factor) {
-        return {_mm256_maddubs_epi16(a.all, factor.all)};
-    }
-    static PXB_INLINE Lanes MulOdd(Samples a, Lanes factor) {
-        return {_mm256_maddubs_epi16(a.all, _mm256_slli_epi16(factor.all, 8))};
-    }
-    static PXB_INLINE Lanes Add(Lanes a, Lanes b) { return {_mm256_add_epi16(a.all, b.all)}; }
-    static PXB_INLINE Lanes Sub(Lanes a, Lanes b) { return {_mm256_sub_epi16(a.all, b.all)}; }
-    static PXB_INLINE Lanes AddSaturated(Lanes a, Lanes b) {
-        return {_mm256_adds_epi16(a.all, b.all)};
-    }
-    template <int kBits>
-    static PXB_INLINE Lanes ShiftRight(Lanes a) {
-        return {_mm256_srai_epi16(a.all, kBits)};
+                L::Signed(_mm256_shuffle_epi8(low, twice)),
+                L::Signed(_mm256_shuffle_epi8(high, twice))};
     }
 
     static PXB_INLINE auto Join(Lanes even, Lanes odd) {
@@ -115,17 +69,8 @@ struct ToRgb<Avx2<kStores>, kBytesPerPixel> : Avx2<kStores> {
     static PXB_INLINE void Store(Byte* dst, Crossed b, Crossed g, Crossed r) {
         StoreBgr0(dst, dst + 32, dst + 64, dst + 96, b.all, g.all, r.all);
     }
-    template <class Channels>
-    static PXB_INLINE void StoreBgra(Byte* dst, const Channels& low, const Channels& high,
-                                     const Packed& ayuv) {
-        StoreHalf(dst, low, ayuv.low);
-        StoreHalf(dst + 64, high, ayuv.high);
-    }
 
   private:
-    static PXB_INLINE Uv Signed(__m256i uv) {
-        return {_mm256_xor_si256(uv, _mm256_set1_epi8(static_cast<char>(0x80)))};
-    }
     // Each interleaved register has four pixels of each block: the low blocks belong to the first
     // and third place, the high ones to the second and fourth.
     static PXB_INLINE void StoreBgr0(Byte* low01, Byte* high01, Byte* low23, Byte* high23,
@@ -146,21 +91,11 @@ struct ToRgb<Avx2<kStores>, kBytesPerPixel> : Avx2<kStores> {
         V::StoreBlock(low + 16, _mm256_castsi256_si128(b));
         V::StoreAll(high, _mm256_permute2x128_si256(a, b, 0x31));
     }
-    template <class Channels>
-    static PXB_INLINE void StoreHalf(Byte* dst, const Channels& c, Samples alpha) {
-        const __m256i a = _mm256_and_si256(alpha.all, _mm256_set1_epi16(0xFF));
-        const __m256i br = _mm256_packus_epi16(c.blue.all, c.red.all);
-        const __m256i ga = _mm256_packus_epi16(c.green.all, a);
-        const __m256i bg = _mm256_unpacklo_epi8(br, ga), ra = _mm256_unpackhi_epi8(br, ga);
-        V::StoreAll(dst, V::LowWords(bg, ra));
-        V::StoreAll(dst + 32, V::HighWords(bg, ra));
-    }
 };
 
 template <Stores kStores>
-struct ToYuv<Avx2<kStores>> : Avx2<kStores> {
+struct ToYuv<Avx2<kStores>> : ByteAyuvOf<Avx2<kStores>> {
     using V = Avx2<kStores>;
-    using Pixels = typename V::Pixels;
     struct Rgb {
         __m256i b, g, r;  // dealt
     };
@@ -173,9 +108,6 @@ struct ToYuv<Avx2<kStores>> : Avx2<kStores> {
     template <int kB, int kR>
     struct BlockSums {  // of four, still to be weighed: 16 bits would not hold the result
         __m256i b_less_g, g_less_r;
-    };
-    struct Sums {
-        __m256i half[2];
     };
 
     template <int kBytesPerPixel>
@@ -244,44 +176,7 @@ struct ToYuv<Avx2<kStores>> : Avx2<kStores> {
         V::StoreAll(dst + 32, V::Alternate(_mm256_unpackhi_epi8(luma.all, pairs.all)));
     }
 
-    template <int kB, int kG, int kR>
-    static PXB_INLINE Sums WeighEach(const Pixels& a) {
-        return {{WeighHalf<kB, kG, kR>(a.quarter), WeighHalf<kB, kG, kR>(a.quarter + 2)}};
-    }
-    template <int kLumaOffset>
-    static PXB_INLINE void StoreAyuv(Byte* dst, const Pixels& alpha, const Sums& y, const Sums& u,
-                                     const Sums& v) {
-        const __m256i high_bytes = Set(0xFF00);
-        for (int i = 0; i < 2; ++i) {
-            const __m256i* const pixels = alpha.quarter + 2 * i;
-            const __m256i a = _mm256_srli_epi16(V::HighWords(pixels[0], pixels[1]), 8);
-            const __m256i luma =
-                _mm256_add_epi16(_mm256_and_si256(y.half[i], high_bytes), Set(kLumaOffset << 8));
-            const __m256i ay = _mm256_or_si256(a, luma);
-            const __m256i uv = _mm256_or_si256(_mm256_srli_epi16(u.half[i], 8),
-                                               _mm256_and_si256(v.half[i], high_bytes));
-            const __m256i raised = _mm256_xor_si256(uv, Set(0x8080));
-            V::StoreAll(dst + 64 * i, V::LowWords(ay, raised));
-            V::StoreAll(dst + 64 * i + 32, V::HighWords(ay, raised));
-        }
-    }
-
   private:
-    static PXB_INLINE __m256i Set(int value) {
-        return _mm256_set1_epi16(static_cast<short>(value));
-    }
-    // Unsigned 16-bit sums. A weight of G that a signed byte does not hold is added in two parts.
-    template <int kB, int kG, int kR>
-    static PXB_INLINE __m256i WeighHalf(const __m256i* pixels) {
-        constexpr int kFirstG = kG > 127 ? kG - 127 : kG;
-        const __m256i bg = V::LowWords(pixels[0], pixels[1]);
-        const __m256i rx = V::HighWords(pixels[0], pixels[1]);
-        const __m256i sum =
-            _mm256_add_epi16(_mm256_maddubs_epi16(bg, Set((kB & 0xFF) | kFirstG * 256)),
-                             _mm256_maddubs_epi16(rx, Set(kR & 0xFF)));
-        if (kG == kFirstG) return sum;
-        return _mm256_add_epi16(sum, _mm256_maddubs_epi16(bg, Set(127 << 8)));
-    }
     // Of neighbours, times the weight.
     template <int kWeight>
     static PXB_INLINE __m256i SumPairs(__m256i a) {
@@ -289,7 +184,7 @@ struct ToYuv<Avx2<kStores>> : Avx2<kStores> {
     }
     // Bytes U V U V ... of the sums.
     static PXB_INLINE __m256i HighBytes(RowSums u, RowSums v) {
-        return _mm256_blendv_epi8(_mm256_srli_epi16(u.all, 8), v.all, Set(0xFF00));
+        return _mm256_blendv_epi8(_mm256_srli_epi16(u.all, 8), v.all, V::Set16(0xFF00));
     }
     template <int kBu, int kRu, int kBv, int kRv>
     static PXB_INLINE __m256i HighBytes(const BlockSums<kBu, kRu>& u,
@@ -313,7 +208,7 @@ struct ToYuv<Avx2<kStores>> : Avx2<kStores> {
     }
     template <int kB, int kR>
     static PXB_INLINE __m256i Weights128() {
-        return _mm256_unpacklo_epi16(Set(kB * 128), Set(-kR * 128));
+        return _mm256_unpacklo_epi16(V::Set16(kB * 128), V::Set16(-kR * 128));
     }
 };
 

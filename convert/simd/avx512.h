@@ -9,14 +9,13 @@
 namespace pxb::PXB_TARGET {
 
 template <Stores kStores, int kBytesPerPixel>
-struct ToRgb<Avx512<kStores>, kBytesPerPixel> : Avx512<kStores> {
+struct ToRgb<Avx512<kStores>, kBytesPerPixel> : ByteLanesOf<Avx512<kStores>> {
     using V = Avx512<kStores>;
-    struct Lanes {
-        __m512i all;
-    };
-    struct Samples {
-        __m512i all;  // in natural order, or dealt
-    };
+    using L = ByteLanesOf<V>;
+    using typename L::Lanes;
+    using typename L::Packed;
+    using typename L::Samples;
+    using typename L::Uv;
     struct EvensFirst {
         __m512i all;  // Samples: in each block the even bytes before the odd ones
         static constexpr PXB_INLINE int At(int i) { return i / 16 * 16 + i % 16 / 2 + i % 2 * 8; }
@@ -25,36 +24,18 @@ struct ToRgb<Avx512<kStores>, kBytesPerPixel> : Avx512<kStores> {
         __m512i all;  // Samples: in each block 8 bytes of the low half and then 8 of the high one
         static constexpr PXB_INLINE int At(int i) { return i % 32 / 8 * 16 + i / 32 * 8 + i % 8; }
     };
-    struct Uv {
-        __m512i all;  // signed bytes u, v in each 16-bit lane
-    };
-    struct Weights {
-        __m512i all;  // unsigned bytes in the order of Uv
-    };
-    struct Packed {
-        Samples low, high;
-        Uv uv_low, uv_high;
-    };
-
-    static PXB_INLINE Lanes Set(int value) {
-        return {_mm512_set1_epi16(static_cast<short>(value))};
-    }
-    static PXB_INLINE Lanes Factor(int value) { return Set(value); }
-    static PXB_INLINE Weights FactorU(int u) { return FactorUv(u, 0); }
-    static PXB_INLINE Weights FactorV(int v) { return FactorUv(0, v); }
-    static PXB_INLINE Weights FactorUv(int u, int v) { return {Set(u | v << 8).all}; }
 
     static PXB_INLINE Samples LoadLuma(const Byte* src) {
         return {Deal<kSampleGroup>(V::LoadAll(src))};
     }
     static PXB_INLINE Uv LoadUv(const Byte* u, const Byte* v) {
-        return Signed(V::Pick(V::LoadHalf(u), V::LoadHalf(v), [](int i) PXB_INLINE_LAMBDA {
+        return L::Signed(V::Pick(V::LoadHalf(u), V::LoadHalf(v), [](int i) PXB_INLINE_LAMBDA {
             const int byte = PlaceOf<kSampleGroup>(i);
             return byte / 2 + byte % 2 * 64;
         }));
     }
     static PXB_INLINE Uv LoadUv(const Byte* uv) {
-        return Signed(Deal<kSampleGroup>(V::LoadAll(uv)));
+        return L::Signed(Deal<kSampleGroup>(V::LoadAll(uv)));
     }
     static PXB_INLINE Packed LoadYuy2(const Byte* src) {
         const __m512i low = V::LoadAll(src), high = V::LoadAll(src + 64);
@@ -64,35 +45,8 @@ struct ToRgb<Avx512<kStores>, kBytesPerPixel> : Avx512<kStores> {
         });
         return {{Deal<kYuy2Group>(low)},
                 {Deal<kYuy2Group>(high)},
-                Signed(_mm512_permutexvar_epi8(uv_twice, low)),
-                Signed(_mm512_permutexvar_epi8(uv_twice, high))};
-    }
-    static PXB_INLINE Packed LoadAyuv(const Byte* src) {
-        const auto pixels = V::LoadBgrx(src);
-        const __m512i* const q = pixels.quarter;
-        return {{V::LowWords(q[0], q[1])},
-                {V::LowWords(q[2], q[3])},
-                Signed(V::HighWords(q[0], q[1])),
-                Signed(V::HighWords(q[2], q[3]))};
-    }
-
-    static PXB_INLINE Lanes Weigh(Uv uv, Weights weights) {
-        return {_mm512_maddubs_epi16(weights.all, uv.all)};
-    }
-    static PXB_INLINE Lanes MulEven(Samples a, Lanes factor) {
-        return {_mm512_maddubs_epi16(a.all, factor.all)};
-    }
-    static PXB_INLINE Lanes MulOdd(Samples a, Lanes factor) {
-        return {_mm512_maddubs_epi16(a.all, _mm512_slli_epi16(factor.all, 8))};
-    }
-    static PXB_INLINE Lanes Add(Lanes a, Lanes b) { return {_mm512_add_epi16(a.all, b.all)}; }
-    static PXB_INLINE Lanes Sub(Lanes a, Lanes b) { return {_mm512_sub_epi16(a.all, b.all)}; }
-    static PXB_INLINE Lanes AddSaturated(Lanes a, Lanes b) {
-        return {_mm512_adds_epi16(a.all, b.all)};
-    }
-    template <int kBits>
-    static PXB_INLINE Lanes ShiftRight(Lanes a) {
-        return {_mm512_srai_epi16(a.all, kBits)};
+                L::Signed(_mm512_permutexvar_epi8(uv_twice, low)),
+                L::Signed(_mm512_permutexvar_epi8(uv_twice, high))};
     }
 
     static PXB_INLINE auto Join(Lanes even, Lanes odd) {
@@ -129,12 +83,6 @@ struct ToRgb<Avx512<kStores>, kBytesPerPixel> : Avx512<kStores> {
     static PXB_INLINE void Store(Byte* dst, HalvesInTurn b, HalvesInTurn g, HalvesInTurn r) {
         V::template StoreChannels<HalvesInTurn>(dst, b.all, g.all, r.all);
     }
-    template <class Channels>
-    static PXB_INLINE void StoreBgra(Byte* dst, const Channels& low, const Channels& high,
-                                     const Packed& ayuv) {
-        StoreHalf(dst, low, ayuv.low);
-        StoreHalf(dst + 128, high, ayuv.high);
-    }
 
   private:
     // Four pixels take so many bytes.
@@ -151,22 +99,10 @@ struct ToRgb<Avx512<kStores>, kBytesPerPixel> : Avx512<kStores> {
         return _mm512_permutexvar_epi8(
             V::Indices([](int i) PXB_INLINE_LAMBDA { return PlaceOf<kGroup>(i); }), a);
     }
-    static PXB_INLINE Uv Signed(__m512i uv) {
-        return {_mm512_xor_si512(uv, _mm512_set1_epi8(static_cast<char>(0x80)))};
-    }
-    template <class Channels>
-    static PXB_INLINE void StoreHalf(Byte* dst, const Channels& c, Samples alpha) {
-        const __m512i a = _mm512_and_si512(alpha.all, _mm512_set1_epi16(0xFF));
-        const __m512i br = _mm512_packus_epi16(c.blue.all, c.red.all);
-        const __m512i ga = _mm512_packus_epi16(c.green.all, a);
-        const __m512i bg = _mm512_unpacklo_epi8(br, ga), ra = _mm512_unpackhi_epi8(br, ga);
-        V::StoreAll(dst, V::LowWords(bg, ra));
-        V::StoreAll(dst + 64, V::HighWords(bg, ra));
-    }
 };
 
 template <Stores kStores>
-struct ToYuv<Avx512<kStores>> : Avx512<kStores> {
+struct ToYuv<Avx512<kStores>> : InOrderOf<Avx512<kStores>>, ByteAyuvOf<Avx512<kStores>> {
     using V = Avx512<kStores>;
     using Bytes = typename V::Bytes;
     using Pixels = typename V::Pixels;
@@ -186,9 +122,6 @@ struct ToYuv<Avx512<kStores>> : Avx512<kStores> {
             if (kRows == 2) sum = Dot<kB, kG, kR>(sum, QuarterOf(*rows[1], i));
             return sum;
         }
-    };
-    struct Sums {
-        __m512i half[2];
     };
 
     // Weighing does not see X.
@@ -238,50 +171,10 @@ struct ToYuv<Avx512<kStores>> : Avx512<kStores> {
         return {_mm512_xor_si512(V::PickHalves(pairs, second_bytes),
                                  _mm512_set1_epi8(static_cast<char>(128)))};
     }
-    static PXB_INLINE void StoreYuy2(Byte* dst, Bytes luma, Bytes pairs) {
-        V::StoreInTurn(dst, luma, pairs);
-    }
-
-    template <int kB, int kG, int kR>
-    static PXB_INLINE Sums WeighEach(const Pixels& a) {
-        return {{WeighHalf<kB, kG, kR>(a.quarter), WeighHalf<kB, kG, kR>(a.quarter + 2)}};
-    }
-    template <int kLumaOffset>
-    static PXB_INLINE void StoreAyuv(Byte* dst, const Pixels& alpha, const Sums& y, const Sums& u,
-                                     const Sums& v) {
-        const __m512i high_bytes = Set(0xFF00);
-        for (int i = 0; i < 2; ++i) {
-            const __m512i* const pixels = alpha.quarter + 2 * i;
-            const __m512i a = _mm512_srli_epi16(V::HighWords(pixels[0], pixels[1]), 8);
-            const __m512i luma =
-                _mm512_add_epi16(_mm512_and_si512(y.half[i], high_bytes), Set(kLumaOffset << 8));
-            const __m512i ay = _mm512_or_si512(a, luma);
-            const __m512i uv = _mm512_or_si512(_mm512_srli_epi16(u.half[i], 8),
-                                               _mm512_and_si512(v.half[i], high_bytes));
-            const __m512i raised = _mm512_xor_si512(uv, Set(0x8080));
-            V::StoreAll(dst + 128 * i, V::LowWords(ay, raised));
-            V::StoreAll(dst + 128 * i + 64, V::HighWords(ay, raised));
-        }
-    }
 
   private:
     static constexpr bool kFewRegisters = sizeof(void*) < 8;
 
-    static PXB_INLINE __m512i Set(int value) {
-        return _mm512_set1_epi16(static_cast<short>(value));
-    }
-    // Unsigned 16-bit sums. A weight of G that a signed byte does not hold is added in two parts.
-    template <int kB, int kG, int kR>
-    static PXB_INLINE __m512i WeighHalf(const __m512i* pixels) {
-        constexpr int kFirstG = kG > 127 ? kG - 127 : kG;
-        const __m512i bg = V::LowWords(pixels[0], pixels[1]);
-        const __m512i rx = V::HighWords(pixels[0], pixels[1]);
-        const __m512i sum =
-            _mm512_add_epi16(_mm512_maddubs_epi16(bg, Set((kB & 0xFF) | kFirstG * 256)),
-                             _mm512_maddubs_epi16(rx, Set(kR & 0xFF)));
-        if (kG == kFirstG) return sum;
-        return _mm512_add_epi16(sum, _mm512_maddubs_epi16(bg, Set(127 << 8)));
-    }
     static PXB_INLINE __m512i QuarterOf(const Pixels& a, int i) { return a.quarter[i]; }
     template <int kBytesPerPixel>
     static PXB_INLINE __m512i QuarterOf(Unloaded<kBytesPerPixel> a, int i) {

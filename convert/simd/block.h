@@ -6,15 +6,12 @@
 namespace pxb::PXB_TARGET {
 
 template <class R, int kBytesPerPixel>
-struct ToRgb<Block<R>, kBytesPerPixel> {
+struct ToRgb<Block<R>, kBytesPerPixel> : LanesOf<Block<R>> {
     using V = Block<R>;
+    using L = LanesOf<V>;
+    using typename L::Lanes;
+    using typename L::Samples;
     using Register = typename R::Register;
-    struct Lanes {
-        Register all;
-    };
-    struct Samples {
-        Register all;
-    };
     struct Uv {
         Lanes u, v;
     };
@@ -32,9 +29,8 @@ struct ToRgb<Block<R>, kBytesPerPixel> {
         Uv uv_low, uv_high;
     };
 
-    static PXB_INLINE Lanes Set(int value) { return {R::Set16(value)}; }
     static PXB_INLINE Lanes Factor(int value) {
-        Lanes lanes = Set(value);
+        Lanes lanes = L::Set(value);
         R::Hide(lanes.all);
         return lanes;
     }
@@ -63,22 +59,13 @@ struct ToRgb<Block<R>, kBytesPerPixel> {
     static PXB_INLINE Lanes Weigh(Uv uv, WeightU weight) { return Mul(uv.u, weight.u); }
     static PXB_INLINE Lanes Weigh(Uv uv, WeightV weight) { return Mul(uv.v, weight.v); }
     static PXB_INLINE Lanes Weigh(Uv uv, WeightUv weights) {
-        return Add(Mul(uv.u, weights.u), Mul(uv.v, weights.v));
+        return L::Add(Mul(uv.u, weights.u), Mul(uv.v, weights.v));
     }
     static PXB_INLINE Lanes MulEven(Samples a, Lanes factor) {
         return Mul({R::LowBytes(a.all)}, factor);
     }
     static PXB_INLINE Lanes MulOdd(Samples a, Lanes factor) {
         return Mul({V::HighBytes(a.all)}, factor);
-    }
-    static PXB_INLINE Lanes Add(Lanes a, Lanes b) { return {R::Add16(a.all, b.all)}; }
-    static PXB_INLINE Lanes Sub(Lanes a, Lanes b) { return {R::Sub16(a.all, b.all)}; }
-    static PXB_INLINE Lanes AddSaturated(Lanes a, Lanes b) {
-        return {R::AddSaturated16(a.all, b.all)};
-    }
-    template <int kBits>
-    static PXB_INLINE Lanes ShiftRight(Lanes a) {
-        return {R::template ShiftRightSigned16<kBits>(a.all)};
     }
 
     static PXB_INLINE Samples Join(Lanes even, Lanes odd) {
@@ -95,16 +82,10 @@ struct ToRgb<Block<R>, kBytesPerPixel> {
         else
             V::StoreBgrx(dst, pixels);
     }
-    template <class Channels>
-    static PXB_INLINE void StoreBgra(Byte* dst, const Channels& low, const Channels& high,
-                                     const Packed& ayuv) {
-        StoreHalf(dst, low, ayuv.low);
-        StoreHalf(dst + 2 * V::kPixels, high, ayuv.high);
-    }
 
   private:
     static PXB_INLINE Lanes Mul(Lanes a, Lanes b) { return {R::Mul16(a.all, b.all)}; }
-    static PXB_INLINE Lanes Signed(Register a) { return Sub({a}, Set(128)); }
+    static PXB_INLINE Lanes Signed(Register a) { return L::Sub({a}, L::Set(128)); }
     static PXB_INLINE Uv UvOf(Register pairs) {
         return {Signed(R::LowBytes(pairs)), Signed(V::HighBytes(pairs))};
     }
@@ -112,27 +93,17 @@ struct ToRgb<Block<R>, kBytesPerPixel> {
     static PXB_INLINE Uv TwiceUv(Register uv) {
         return {Signed(R::EvensTwice16(uv)), Signed(R::OddsTwice16(uv))};
     }
-    template <class Channels>
-    static PXB_INLINE void StoreHalf(Byte* dst, const Channels& c, Samples alpha) {
-        const Register br = R::PackBytes(c.blue.all, c.red.all);
-        const Register ga = R::PackBytes(c.green.all, R::LowBytes(alpha.all));
-        const Register bg = R::ZipLow8(br, ga), ra = R::ZipHigh8(br, ga);
-        R::StoreAll(dst, V::LowWords(bg, ra));
-        R::StoreAll(dst + V::kPixels, V::HighWords(bg, ra));
-    }
 };
 
 template <class R>
-struct ToYuv<Block<R>> {
+struct ToYuv<Block<R>> : InOrderOf<Block<R>>, AyuvOf<Block<R>> {
+    using typename AyuvOf<Block<R>>::Sums;
     using V = Block<R>;
     using Register = typename R::Register;
     using Bytes = typename V::Bytes;
     using Pixels = typename V::Pixels;
     struct PairSums {
         Register all;
-    };
-    struct Sums {
-        Register half[2];
     };
 
     template <int kBytesPerPixel>
@@ -167,29 +138,10 @@ struct ToYuv<Block<R>> {
         const Register pairs = R::Or(R::LowBytes(u.all), R::template ShiftLeft16<8>(v.all));
         return {R::Xor(pairs, R::Set16(0x8080))};
     }
-    static PXB_INLINE void Store(Byte* dst, Bytes a) { V::Store(dst, a); }
-    static PXB_INLINE void StorePairs(Byte* u, Byte* v, Bytes pairs) { V::StorePairs(u, v, pairs); }
-    static PXB_INLINE void StoreYuy2(Byte* dst, Bytes luma, Bytes pairs) {
-        V::StoreInTurn(dst, luma, pairs);
-    }
 
     template <int kB, int kG, int kR>
     static PXB_INLINE Sums WeighEach(const Pixels& a) {
         return {{WeighHalf<kB, kG, kR>(a.quarter), WeighHalf<kB, kG, kR>(a.quarter + 2)}};
-    }
-    template <int kLumaOffset>
-    static PXB_INLINE void StoreAyuv(Byte* dst, const Pixels& alpha, const Sums& y, const Sums& u,
-                                     const Sums& v) {
-        for (int i = 0; i < 2; ++i) {
-            const Register* const pixels = alpha.quarter + 2 * i;
-            const Register a = V::HighBytes(V::HighWords(pixels[0], pixels[1]));
-            const Register luma = R::Add16(HighByte(y.half[i]), R::Set16(kLumaOffset << 8));
-            const Register ay = R::Or(a, luma);
-            const Register uv =
-                R::Xor(R::Or(V::HighBytes(u.half[i]), HighByte(v.half[i])), R::Set16(0x8080));
-            R::StoreAll(dst + 2 * i * V::kPixels, V::LowWords(ay, uv));
-            R::StoreAll(dst + (2 * i + 1) * V::kPixels, V::HighWords(ay, uv));
-        }
     }
 
   private:
@@ -210,7 +162,6 @@ struct ToYuv<Block<R>> {
                                          R::Mul16(V::HighBytes(bg), R::Set16(kG)));
         return R::Add16(sum_bg, R::Mul16(R::LowBytes(rx), R::Set16(kR)));
     }
-    static PXB_INLINE Register HighByte(Register a) { return R::And(a, R::Set16(0xFF00)); }
 };
 
 }  // namespace pxb::PXB_TARGET

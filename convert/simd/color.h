@@ -29,6 +29,8 @@
 // WeighEach<b, g, r>         b B + g G + r R of each lane of Pixels, modulo 2^16
 // StoreAyuv<offset>(dst, pixels, y, u, v)  pixels A Y U V: A is X, the others are such sums >> 8, with
 //                            the offset added to Y and 128 to U and V
+//
+// What reads alike in several classes is in lanes.h.
 #pragma once
 #include "convert/simd/scalar.h"
 #include "core/simd/writer.h"

@@ -1,6 +1,7 @@
 // Colour arithmetic of one or two pixels in plain integers. A lane holds more than 16 bits, which is
 // why AddSaturated need not saturate here: kernels clamp what saturation would have cut off.
 #pragma once
+#include "convert/simd/lanes.h"
 #include "core/simd/scalar.h"
 
 namespace pxb::PXB_TARGET {
@@ -86,7 +87,7 @@ struct ToRgb<Scalar<kCount>, kBytesPerPixel> {
 };
 
 template <int kCount>
-struct ToYuv<Scalar<kCount>> {
+struct ToYuv<Scalar<kCount>> : InOrderOf<Scalar<kCount>> {
     using V = Scalar<kCount>;
     using Bytes = typename V::Bytes;
     using Pixels = typename V::Pixels;
@@ -115,13 +116,6 @@ struct ToYuv<Scalar<kCount>> {
     static PXB_INLINE Bytes PairUp(int u, int v) {
         static_assert(kCount == 2);
         return {{u + 128, v + 128}};
-    }
-    static PXB_INLINE void Store(Byte* dst, const Bytes& a) { V::Store(dst, a); }
-    static PXB_INLINE void StorePairs(Byte* u, Byte* v, const Bytes& pairs) {
-        V::StorePairs(u, v, pairs);
-    }
-    static PXB_INLINE void StoreYuy2(Byte* dst, const Bytes& luma, const Bytes& pairs) {
-        V::StoreInTurn(dst, luma, pairs);
     }
 
     template <int kB, int kG, int kR>

@@ -9,8 +9,55 @@
 
 namespace pxb::PXB_TARGET {
 
+struct Avx2Register {
+    using Register = __m256i;
+
+    static PXB_INLINE Register Set16(int a) { return _mm256_set1_epi16(static_cast<short>(a)); }
+    static PXB_INLINE Register And(Register a, Register b) { return _mm256_and_si256(a, b); }
+    static PXB_INLINE Register Or(Register a, Register b) { return _mm256_or_si256(a, b); }
+    static PXB_INLINE Register Xor(Register a, Register b) { return _mm256_xor_si256(a, b); }
+    static PXB_INLINE Register LowBytes(Register a) { return And(a, Set16(0xFF)); }
+    static PXB_INLINE Register Add16(Register a, Register b) { return _mm256_add_epi16(a, b); }
+    static PXB_INLINE Register Sub16(Register a, Register b) { return _mm256_sub_epi16(a, b); }
+    static PXB_INLINE Register AddSaturated16(Register a, Register b) {
+        return _mm256_adds_epi16(a, b);
+    }
+    // Sums of neighbouring products of unsigned and signed bytes, saturated to 16 bits.
+    static PXB_INLINE Register MultiplyAddBytes(Register a, Register b) {
+        return _mm256_maddubs_epi16(a, b);
+    }
+    template <int kBits>
+    static PXB_INLINE Register ShiftLeft16(Register a) {
+        return _mm256_slli_epi16(a, kBits);
+    }
+    template <int kBits>
+    static PXB_INLINE Register ShiftRight16(Register a) {
+        return _mm256_srli_epi16(a, kBits);
+    }
+    template <int kBits>
+    static PXB_INLINE Register ShiftRightSigned16(Register a) {
+        return _mm256_srai_epi16(a, kBits);
+    }
+    static PXB_INLINE Register PackBytes(Register a, Register b) {
+        return _mm256_packus_epi16(a, b);
+    }
+    static PXB_INLINE Register ZipLow8(Register a, Register b) {
+        return _mm256_unpacklo_epi8(a, b);
+    }
+    static PXB_INLINE Register ZipHigh8(Register a, Register b) {
+        return _mm256_unpackhi_epi8(a, b);
+    }
+    // The low (high) words of the 32-bit lanes of a and b, in turn. Both together undo themselves.
+    static PXB_INLINE Register LowWords(Register a, Register b) {
+        return _mm256_blend_epi16(a, _mm256_slli_epi32(b, 16), 0b10101010);
+    }
+    static PXB_INLINE Register HighWords(Register a, Register b) {
+        return _mm256_blend_epi16(_mm256_srli_epi32(a, 16), b, 0b10101010);
+    }
+};
+
 template <Stores kStores>
-struct Avx2 {
+struct Avx2 : Avx2Register {
     static constexpr bool kStreams = kStores == Stores::kStreamed;
     static constexpr int kPixels = 32;
     struct Bytes {
@@ -94,7 +141,7 @@ struct Avx2 {
         if (kStreams) _mm_sfence();
     }
 
-  protected:
+    // For other texts over the same registers.
     static PXB_INLINE __m256i LoadAll(const Byte* src) {
         if (kStreams) PrefetchAhead(src);
         return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(src));
@@ -156,13 +203,6 @@ struct Avx2 {
     static PXB_INLINE __m256i Split(__m256i a) {
         return _mm256_shuffle_epi8(
             a, TwiceInBlocks([](int i) PXB_INLINE_LAMBDA { return i % 8 * 2 + i / 8; }));
-    }
-    // The low (high) words of the 32-bit lanes of a and b, in turn. Both together undo themselves.
-    static PXB_INLINE __m256i LowWords(__m256i a, __m256i b) {
-        return _mm256_blend_epi16(a, _mm256_slli_epi32(b, 16), 0b10101010);
-    }
-    static PXB_INLINE __m256i HighWords(__m256i a, __m256i b) {
-        return _mm256_blend_epi16(_mm256_srli_epi32(a, 16), b, 0b10101010);
     }
     static PXB_INLINE void StoreBlock(Byte* dst, __m128i a) {
         if (kStreams)

@@ -10,8 +10,55 @@
 
 namespace pxb::PXB_TARGET {
 
+struct Avx512Register {
+    using Register = __m512i;
+
+    static PXB_INLINE Register Set16(int a) { return _mm512_set1_epi16(static_cast<short>(a)); }
+    static PXB_INLINE Register And(Register a, Register b) { return _mm512_and_si512(a, b); }
+    static PXB_INLINE Register Or(Register a, Register b) { return _mm512_or_si512(a, b); }
+    static PXB_INLINE Register Xor(Register a, Register b) { return _mm512_xor_si512(a, b); }
+    static PXB_INLINE Register LowBytes(Register a) { return And(a, Set16(0xFF)); }
+    static PXB_INLINE Register Add16(Register a, Register b) { return _mm512_add_epi16(a, b); }
+    static PXB_INLINE Register Sub16(Register a, Register b) { return _mm512_sub_epi16(a, b); }
+    static PXB_INLINE Register AddSaturated16(Register a, Register b) {
+        return _mm512_adds_epi16(a, b);
+    }
+    // Sums of neighbouring products of unsigned and signed bytes, saturated to 16 bits.
+    static PXB_INLINE Register MultiplyAddBytes(Register a, Register b) {
+        return _mm512_maddubs_epi16(a, b);
+    }
+    template <int kBits>
+    static PXB_INLINE Register ShiftLeft16(Register a) {
+        return _mm512_slli_epi16(a, kBits);
+    }
+    template <int kBits>
+    static PXB_INLINE Register ShiftRight16(Register a) {
+        return _mm512_srli_epi16(a, kBits);
+    }
+    template <int kBits>
+    static PXB_INLINE Register ShiftRightSigned16(Register a) {
+        return _mm512_srai_epi16(a, kBits);
+    }
+    static PXB_INLINE Register PackBytes(Register a, Register b) {
+        return _mm512_packus_epi16(a, b);
+    }
+    static PXB_INLINE Register ZipLow8(Register a, Register b) {
+        return _mm512_unpacklo_epi8(a, b);
+    }
+    static PXB_INLINE Register ZipHigh8(Register a, Register b) {
+        return _mm512_unpackhi_epi8(a, b);
+    }
+    // The low (high) words of the 32-bit lanes of a and b, in turn. Both together undo themselves.
+    static PXB_INLINE Register LowWords(Register a, Register b) {
+        return Or(And(a, _mm512_set1_epi32(0xFFFF)), _mm512_slli_epi32(b, 16));
+    }
+    static PXB_INLINE Register HighWords(Register a, Register b) {
+        return Or(_mm512_srli_epi32(a, 16), And(b, _mm512_set1_epi32(~0xFFFF)));
+    }
+};
+
 template <Stores kStores>
-struct Avx512 {
+struct Avx512 : Avx512Register {
     static constexpr bool kStreams = kStores == Stores::kStreamed;
     static constexpr int kPixels = 64;
     struct Bytes {
@@ -75,7 +122,7 @@ struct Avx512 {
         if (kStreams) _mm_sfence();
     }
 
-  protected:
+    // For other texts over the same registers.
     static PXB_INLINE __m512i LoadAll(const Byte* src) {
         if (kStreams) PrefetchAhead(src);
         return _mm512_loadu_si512(src);
@@ -156,15 +203,6 @@ struct Avx512 {
         const __mmask64 ys = Mask([](int i) PXB_INLINE_LAMBDA { return i % 3 == 1; });
         const __mmask64 zs = Mask([](int i) PXB_INLINE_LAMBDA { return i % 3 == 2; });
         return _mm512_mask_blend_epi8(zs, _mm512_mask_blend_epi8(ys, x, y), z);
-    }
-    // The low (high) words of the 32-bit lanes of a and b, in turn. Both together undo themselves.
-    static PXB_INLINE __m512i LowWords(__m512i a, __m512i b) {
-        return _mm512_or_si512(_mm512_and_si512(a, _mm512_set1_epi32(0xFFFF)),
-                               _mm512_slli_epi32(b, 16));
-    }
-    static PXB_INLINE __m512i HighWords(__m512i a, __m512i b) {
-        return _mm512_or_si512(_mm512_srli_epi32(a, 16),
-                               _mm512_and_si512(b, _mm512_set1_epi32(~0xFFFF)));
     }
     // Bytes 64 k to 64 k + 63 of the pixels without X. They come from quarters k and k + 1.
     template <int k>
