@@ -8,27 +8,22 @@ namespace {
 template <int kByte>
 PXB_INLINE void Take(Byte* dst, std::int32_t dst_stride, const Byte* src, std::int32_t src_stride,
                      std::int32_t width, std::int32_t height) {
-    const Writer write(width, height);
-    ForRows(dst, dst_stride, src, src_stride, height,
-            [&](Byte* to, const Byte* from) PXB_INLINE_LAMBDA {
-                write.To(to).ForPixels(width, [=]<class V>(std::ptrdiff_t x) PXB_INLINE_LAMBDA {
-                    V::Store(to + x, V::template TakeByte<kByte>(V::LoadBgrx(from + 4 * x)));
-                });
-            });
+    ForPixelsOfRows(dst, dst_stride, src, src_stride, width, height,
+                    []<class V>(Byte* to, const Byte* from, std::ptrdiff_t x) PXB_INLINE_LAMBDA {
+                        V::Store(to + x, V::template TakeByte<kByte>(V::LoadBgrx(from + 4 * x)));
+                    });
 }
 
 template <int kBytesPerPixel, int kB, int kG, int kR, int kOffset>
 PXB_INLINE void Weigh(Byte* dst, std::int32_t dst_stride, const Byte* src, std::int32_t src_stride,
                       std::int32_t width, std::int32_t height) {
-    const Writer write(width, height);
-    ForRows(dst, dst_stride, src, src_stride, height,
-            [&](Byte* to, const Byte* from) PXB_INLINE_LAMBDA {
-                write.To(to).ForPixels(width, [=]<class V>(std::ptrdiff_t x) PXB_INLINE_LAMBDA {
-                    using C = ToYuv<V>;
-                    const auto rgb = C::template Load<kBytesPerPixel>(from + kBytesPerPixel * x);
-                    C::Store(to + x, C::template Weigh<kB, kG, kR, kOffset>(rgb));
-                });
-            });
+    ForPixelsOfRows(dst, dst_stride, src, src_stride, width, height,
+                    []<class V>(Byte* to, const Byte* from, std::ptrdiff_t x) PXB_INLINE_LAMBDA {
+                        using C = ToYuv<V>;
+                        const auto rgb =
+                            C::template Load<kBytesPerPixel>(from + kBytesPerPixel * x);
+                        C::Store(to + x, C::template Weigh<kB, kG, kR, kOffset>(rgb));
+                    });
 }
 
 }  // namespace

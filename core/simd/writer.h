@@ -96,4 +96,19 @@ class Writer {
     bool streams_;
 };
 
+// step<V>(to, from, x) for the pixels of each row of an image, as ForPixels calls it. A negative
+// height turns the source upside down.
+template <class Step>
+PXB_INLINE void ForPixelsOfRows(Byte* dst, std::ptrdiff_t dst_stride, const Byte* src,
+                                std::ptrdiff_t src_stride, std::int32_t width, std::int32_t height,
+                                const Step& step) {
+    const Writer write(width, height);
+    ForRows(dst, dst_stride, src, src_stride, height,
+            [&](Byte* to, const Byte* from) PXB_INLINE_LAMBDA {
+                write.To(to).ForPixels(width, [&]<class V>(std::ptrdiff_t x) PXB_INLINE_LAMBDA {
+                    step.template operator()<V>(to, from, x);
+                });
+            });
+}
+
 }  // namespace pxb::PXB_TARGET
