@@ -4,7 +4,6 @@
 #include <cstring>
 
 #include "PxbLib.h"
-#include "core/copy.h"
 #include "support/guarded_memory.h"
 #include "support/noise.h"
 
@@ -172,57 +171,6 @@ TEST(FillColor, RefusesOrPaintsNothing) {
             if (extent < 0)
                 expect({bytes.data(), 0, 16, extent, 4, format, &companion}, PXB_SUCCESS);
         }
-    }
-}
-
-// Lengths around those at which copies change their way.
-std::vector<int> CopyLengths(int largest) {
-    std::vector<int> lengths;
-    for (int bytes = 0; bytes <= largest; ++bytes)
-        if (bytes <= 600 || (bytes + 4) % 1024 < 8) lengths.push_back(bytes);
-    return lengths;
-}
-
-// Source and destination end where their memory does, or trail one another within a page.
-TEST(CopyBytes, CopiesEveryLength) {
-    constexpr int kArea = GuardedMemory::kArea;
-    const GuardedMemory memory;
-    const std::vector<Byte> from = Noise(kArea, 1), before = Noise(kArea, 2);
-    std::memcpy(memory.Second(), from.data(), kArea);
-    for (const int trail : {0, 1, 20, 63, 64, 2048})
-        for (const int bytes : CopyLengths(kArea - trail)) {
-            const int at = kArea - bytes;
-            std::vector<Byte> expected = before;
-            std::copy_n(from.begin() + at - trail, bytes, expected.begin() + at);
-            std::memcpy(memory.First(), before.data(), kArea);
-            CopyBytes(memory.First() + at, memory.Second() + at - trail, bytes);
-            ASSERT_EQ(std::memcmp(memory.First(), expected.data(), kArea), 0)
-                << bytes << " bytes, trailing by " << trail;
-        }
-}
-
-TEST(CopyBytes, CopiesLongRows) {
-    constexpr int kSize = 1 << 18, kPage = 4096;
-    const std::vector<Byte> from = Noise(kSize, 1);
-    for (const int bytes : {65535, 65536, 65537, 150001})
-        for (const int behind : {0, 20, 100}) {
-            std::vector<Byte> to(kSize, 77), expected = to;
-            const auto page_of = [](const Byte* p) {
-                return static_cast<int>(reinterpret_cast<std::uintptr_t>(p) % kPage);
-            };
-            const int at = (behind + page_of(from.data()) - page_of(to.data()) + kPage) % kPage;
-            std::copy_n(from.begin(), bytes, expected.begin() + at);
-            CopyBytes(to.data() + at, from.data(), bytes);
-            ASSERT_EQ(to, expected) << bytes << " bytes, behind by " << behind;
-        }
-}
-
-TEST(CopyBytes, LeavesCopiesOntoThemselves) {
-    for (const int bytes : CopyLengths(70000)) {
-        const std::vector<Byte> before = Noise(bytes + 1, 1);
-        std::vector<Byte> row = before;
-        CopyBytes(row.data(), row.data(), bytes);
-        ASSERT_EQ(row, before) << bytes << " bytes";
     }
 }
 
