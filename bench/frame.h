@@ -9,8 +9,8 @@ namespace pxb::bench {
 
 class Frame {
   public:
-    // Width and height must be even, so that no format rounds. The pixels
-    // start `offset` bytes after a page boundary.
+    // Width and height must be even, so that no format rounds. The pixels start `offset` bytes after
+    // a page boundary.
     Frame(int format, int width, int height, std::size_t offset);
 
     ImageBuffer record = {};

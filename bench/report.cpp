@@ -144,9 +144,8 @@ void PrintHead() {
         "Nanoseconds per pixel: medians, and the best of our widest variant. xN: N calls of the\n"
         "library. Then how many times as fast our widest variant is as the fastest library and as\n"
         "a plain copy of the bytes written: median, lower quartile. Then the target, if any, and\n"
-        "what AVX2 and our widest variant reach of it, each as if nothing wider were there; and "
-        "the\n"
-        "variants that are slower than a narrower one, by medians and by best times.\n\n");
+        "what AVX2 and our widest variant reach of it, each as if nothing wider were there; and\n"
+        "the variants that are slower than a narrower one, by medians and by best times.\n\n");
     std::printf("%-24s", "");
     for (const std::string& column : Columns()) std::printf("%8s  ", column.c_str());
     std::printf("%7s  %11s  %11s\n", "best", "x library", "x copy");

@@ -37,16 +37,16 @@ OBLIGATIONS = [
 
 
 def unfinished(instructions: list[Instruction], optimised: bool) -> Iterator[str]:
-    """GCC adds vzeroupper only where it optimises. Parts that the compiler moves elsewhere (.cold) count as one with their function."""
+    """Parts that the compiler moves elsewhere (.cold) count as one with their function. It inserts
+    vzeroupper only while it optimises."""
+    obligations = OBLIGATIONS if optimised else OBLIGATIONS[1:]
     functions = defaultdict(list)
     for code in instructions:
         functions[re.sub(r"\.(cold|part)\b.*", "", code.function)].append(code)
     for name, codes in functions.items():
-        for begun, end in OBLIGATIONS:
+        for begun, end in obligations:
             first = next((code for code in codes
                           if re.search(begun, f"{code.mnemonic} {code.operands}")), None)
-            if end == "vzeroupper" and not optimised:
-                continue
             if first and all(code.mnemonic != end for code in codes):
                 yield f"{name}: {first.mnemonic} {first.operands}: and no {end}"
 
