@@ -6,7 +6,8 @@ target_compile_options(pxb_flags INTERFACE
 
 if(PXB_SANITIZE)
     target_compile_options(pxb_flags INTERFACE
-        -fsanitize=${PXB_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+        -fsanitize=${PXB_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer
+        $<$<CXX_COMPILER_ID:Clang>:-fno-sanitize=function>)  # programs in C could not link it
     add_link_options(-fsanitize=${PXB_SANITIZE})
 endif()
 

@@ -19,14 +19,14 @@ constexpr Size kSize = {211, 6};
 std::set<std::string> called;
 
 template <class Result, class... Arguments>
-Result Call(const char* name, Result(PXB_CALL* function)(Arguments...),
-            std::type_identity_t<Arguments>... arguments) {
+Result CallOld(const char* name, Result(PXB_CALL* function)(Arguments...),
+               std::type_identity_t<Arguments>... arguments) {
     called.insert(name);
     const OldCall<Result> call = CallAsOldProgram(function, arguments...);
     EXPECT_EQ(call.fault, "") << name;
     return call.result;
 }
-#define PXB_CALL_OLD(function, ...) Call(#function, function, __VA_ARGS__)
+#define PXB_CALL_OLD(function, ...) CallOld(#function, function, __VA_ARGS__)
 
 void Convert() {
     for (const FormatPair pair : PairsThatConvert()) {

@@ -12,13 +12,13 @@
 namespace pxb::test {
 namespace {
 
-constexpr Size kSize = {8, 4};
+constexpr Size kImageSize = {8, 4};
 
 TEST(ColorSpaceConv, ResultOfEveryPair) {
     for (int from = 1; from <= kFormats; ++from)
         for (const int to : {1, 2, 3, 4, 5, 6, 7, 8, 9, 0, 10, -1, INT32_MIN, INT32_MAX}) {
             SCOPED_TRACE(testing::Message() << kFormatNames[from] << " to " << to);
-            Image dst(to, kSize, 1), src(from, kSize, 2);
+            Image dst(to, kImageSize, 1), src(from, kImageSize, 2);
             const int32_t wanted = to >= 1 && to <= kFormats ? kResults[from - 1][to - 1] : 2;
             EXPECT_EQ(PxbColorSpaceConv(&dst.record, &src.record), wanted);
             EXPECT_EQ(dst.HasChanged(), wanted == 0);
@@ -27,7 +27,8 @@ TEST(ColorSpaceConv, ResultOfEveryPair) {
 }
 
 TEST(ColorSpaceConv, RefusesNullDataAndUnknownSources) {
-    Image dst(PXB_RGB32, kSize, 1), src(PXB_RGB32, kSize, 2), companion(PXB_RGB8, kSize, 3);
+    Image dst(PXB_RGB32, kImageSize, 1), src(PXB_RGB32, kImageSize, 2),
+        companion(PXB_RGB8, kImageSize, 3);
     dst.record.alpha = &companion.record;
     ImageBuffer no_dst = dst.record, no_src = src.record;
     no_dst.data = no_src.data = nullptr;
@@ -45,8 +46,8 @@ TEST(ColorSpaceConv, OnlyRgb32FillsTheCompanionOfTheDestination) {
     for (int from = 1; from <= kFormats; ++from)
         for (int to = 0; to <= kFormats + 1; ++to) {
             SCOPED_TRACE(testing::Message() << kFormatNames[from] << " to " << to);
-            Image dst(to, kSize, 1), src(from, kSize, 2), companion(PXB_RGB8, kSize, 3),
-                foreign(PXB_RGB8, kSize, 4);
+            Image dst(to, kImageSize, 1), src(from, kImageSize, 2),
+                companion(PXB_RGB8, kImageSize, 3), foreign(PXB_RGB8, kImageSize, 4);
             dst.record.alpha = &companion.record;
             src.record.alpha = &foreign.record;
             const int32_t result = PxbColorSpaceConv(&dst.record, &src.record);
@@ -67,7 +68,7 @@ TEST(ColorSpaceConv, ImagesWithoutPixelsStayAsTheyAre) {
         const ForcedProcessor forced(variant.words);
         for (const FormatPair pair : PairsThatConvert()) {
             SCOPED_TRACE(testing::Message() << variant.name << " " << NameOf(pair));
-            Image dst(pair.to, kSize, 1), src(pair.from, kSize, 2);
+            Image dst(pair.to, kImageSize, 1), src(pair.from, kImageSize, 2);
             const auto expect_untouched = [&](ImageBuffer a, ImageBuffer b) {
                 EXPECT_EQ(PxbColorSpaceConv(&a, &b), PXB_SUCCESS);
                 EXPECT_FALSE(dst.HasChanged());

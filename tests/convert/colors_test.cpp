@@ -39,21 +39,21 @@ TEST(YuvToRgb, WorkedValues) {
         {16, 255, 128, {255, 0, 0}, {255, 0, 0}}, {255, 0, 0, {19, 255, 73}, {18, 255, 72}},
         {81, 90, 239, {0, 0, 252}, {0, 0, 252}},
     };
-    constexpr Size kSize = {50, 1};
+    constexpr Size kTested = {50, 1};
     for (const auto& c : kCases)
         for (const Variant& variant : RunnableVariants()) {
             SCOPED_TRACE(testing::Message() << variant.name << " of " << int{c.y} << " " << int{c.u}
                                             << " " << int{c.v});
             const ForcedProcessor forced(variant.words);
-            Image yuy2(PXB_YUY2, kSize), rgb24(PXB_RGB24, kSize), rgb32(PXB_RGB32, kSize);
-            for (int x = 0; x < kSize.width; ++x) {
+            Image yuy2(PXB_YUY2, kTested), rgb24(PXB_RGB24, kTested), rgb32(PXB_RGB32, kTested);
+            for (int x = 0; x < kTested.width; ++x) {
                 yuy2.At(x, 0)[0] = c.y;
                 yuy2.At(x, 0)[1] = x % 2 ? c.v : c.u;
             }
             ASSERT_EQ(PxbColorSpaceConv(&rgb24.record, &yuy2.record), PXB_SUCCESS);
             ASSERT_EQ(PxbColorSpaceConv(&rgb32.record, &yuy2.record), PXB_SUCCESS);
             const bool is_plain = variant.arithmetic == ::Processor::kPlain;
-            for (int x = 0; x < kSize.width; ++x)
+            for (int x = 0; x < kTested.width; ++x)
                 for (int i = 0; i < 3; ++i) {
                     ASSERT_EQ(rgb24.At(x, 0)[i], x < 48 ? c.simd[i] : c.plain[i]) << x;
                     ASSERT_EQ(rgb32.At(x, 0)[i], is_plain ? c.plain[i] : c.simd[i]) << x;
@@ -68,17 +68,17 @@ TEST(YuvToRgb, AllColors) {
                                      {PXB_NV12, PXB_RGB32},  {PXB_YUV422, PXB_RGB24},
                                      {PXB_YUY2, PXB_RGB32},  {PXB_YUY2, PXB_RGB24},
                                      {PXB_AYUV32, PXB_RGB32}};
-    constexpr Size kSize = {512, 128};
-    Image yuy2(PXB_YUY2, kSize);
+    constexpr Size kTested = {512, 128};
+    Image yuy2(PXB_YUY2, kTested);
     for (int u = 0; u < 256; ++u) {
         if (!IsTried(u)) continue;
-        for (int y = 0; y < kSize.height; ++y)
-            for (int x = 0; x < kSize.width; ++x) {
+        for (int y = 0; y < kTested.height; ++y)
+            for (int x = 0; x < kTested.width; ++x) {
                 yuy2.At(x, y)[0] = static_cast<Byte>(y / 2 * 4 + y % 2 * 2 + x % 2);
                 yuy2.At(x, y)[1] = static_cast<Byte>(x % 2 ? x / 2 : u);
             }
         for (const FormatPair pair : kPairs) {
-            Image src(pair.from, kSize);
+            Image src(pair.from, kTested);
             ConvertByReference(src.record, yuy2.record, ::Processor::kPlain);
             ASSERT_NO_FATAL_FAILURE(ExpectTheReference(pair.to, src.record)) << "U = " << u;
         }

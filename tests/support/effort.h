@@ -4,7 +4,7 @@
 
 namespace pxb::test {
 
-#if defined(NDEBUG) && defined(__x86_64__) && !defined(__SANITIZE_ADDRESS__)
+#if defined(NDEBUG) && defined(__x86_64__) && !defined(PXB_SANITIZED)
 constexpr bool kThorough = true;
 #else
 constexpr bool kThorough = false;

@@ -12,7 +12,7 @@
 
 namespace pxb::test {
 
-#if defined(__i386__) && !defined(__SANITIZE_ADDRESS__)  // which itself needs an aligned stack
+#if defined(__i386__) && !defined(PXB_SANITIZED)  // which itself needs an aligned stack
 constexpr bool kHasOldStacks = true;
 #else
 constexpr bool kHasOldStacks = false;

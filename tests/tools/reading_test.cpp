@@ -12,12 +12,12 @@ namespace {
 
 constexpr bool kHasPng = PXB_TOOL_HAS_PNG;
 
-struct Frames {
+struct VideoFrames {
     Video video;
     std::vector<std::string> pixels;  // of each frame
 };
 
-Frames ReadAll(const std::string& path, const RawLayout& layout = {}) {
+VideoFrames ReadAll(const std::string& path, const RawLayout& layout = {}) {
     InputFile input(path);
     std::vector<std::string> pixels;
     const Video video =
@@ -52,7 +52,7 @@ TEST_F(Reading, EveryTypeGivesBackWhatItWrote) {
 
                 RawLayout layout;
                 if (type.name == "raw") layout = {size, format};
-                const Frames read = ReadAll(path, layout);
+                const VideoFrames read = ReadAll(path, layout);
                 EXPECT_EQ(read.video.format, format);
                 EXPECT_EQ(ToString(read.video.size), ToString(size));
                 EXPECT_EQ(read.pixels, pixels);
@@ -137,7 +137,7 @@ TEST_F(Reading, UncommonPartsOfEachType) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         if (c.bytes.starts_with("\x89PNG") && !kHasPng) continue;
-        const Frames frames = ReadAll(Put("file", c.bytes));
+        const VideoFrames frames = ReadAll(Put("file", c.bytes));
         EXPECT_EQ(frames.video.format, c.format);
         EXPECT_EQ(frames.pixels, std::vector{c.pixels});
     }
@@ -154,7 +154,7 @@ TEST_F(Reading, Rgb32WithoutAlphaMakesAnOpaquePng) {
     if (!kHasPng) GTEST_SKIP() << "built without PNG";
     Put("in.rgb32", std::string("abc\0def\0", 8));
     ConvertFile({Path("in.rgb32"), {Size{2, 1}, {}}, {}}, {Path("out.png"), "", {}});
-    const Frames frames = ReadAll(Path("out.png"));
+    const VideoFrames frames = ReadAll(Path("out.png"));
     EXPECT_EQ(frames.video.format, PXB_RGB24);
     EXPECT_EQ(frames.pixels, std::vector<std::string>{"abcdef"});
 }

@@ -60,7 +60,7 @@ PixelFormat ParseLayout(const InputFile& input, const std::string& name) {
     throw Error(input.name(), "header C", name, "is not one of " + known);
 }
 
-Video ReadHeader(InputFile& input) {
+Video ReadVideoHeader(InputFile& input) {
     Video video{PXB_I420, {0, 0}};
     for (const std::string& word : ReadParameters(input, kMagic, "header")) {
         const std::string value = word.substr(1);
@@ -124,7 +124,7 @@ void WriteHeader(OutputFile& output, const Video& video) {
 }  // namespace
 
 Video ReadY4m(InputFile& input, const RawLayout&, const FrameSink& sink) {
-    const Video video = ReadHeader(input);
+    const Video video = ReadVideoHeader(input);
     CheckSize(input.name(), video.format, video.size);
     for (std::int64_t number = 0; !input.AtEnd(); ++number) {
         ReadParameters(input, kFrame, "frame " + std::to_string(number));
