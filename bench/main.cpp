@@ -23,10 +23,6 @@ struct Options {
     std::vector<std::string> compare_paths;
 };
 
-struct Size {
-    int width, height;
-};
-
 Size ParseSize(const std::string& text) {
     Size size = {0, 0};
     int end = 0;
@@ -40,7 +36,7 @@ Size ParseSize(const std::string& text) {
 }
 
 bool Contains(const Row& row, const std::string& part) {
-    return std::string(row.name).find(part) != std::string::npos;
+    return row.name.find(part) != std::string::npos;
 }
 
 std::vector<const Row*> SelectRows(const std::vector<std::string>& parts) {
@@ -79,7 +75,7 @@ int RunBenchmark(const Options& options) {
     PrintHead();
     std::vector<Result> results;
     for (const Row* row : rows)
-        for (const Size size : sizes) {
+        for (const Size size : SizesOf(*row, sizes)) {
             results.push_back(Measure(*row, size.width, size.height, settings));
             PrintLine(results.back());
             if (results.back().answer) break;

@@ -48,7 +48,16 @@ struct Competitor {
 Work Copy(const Row& row, Scene& scene) {
     if (row.job == Job::kFill)
         return [&dst = scene.dst] { std::memset(dst.record.data, 1, dst.bytes); };
-    return [&] { std::memcpy(scene.dst.record.data, scene.src.record.data, scene.dst.bytes); };
+    const Frame& from = scene.src.capacity() < scene.dst.bytes ? scene.between : scene.src;
+    return [&] { std::memcpy(scene.dst.record.data, from.record.data, scene.dst.bytes); };
+}
+
+std::vector<Contender> Contenders(const Row& row) {
+    if (row.job == Job::kTask) return row.task.contenders;
+    std::vector<Contender> contenders;
+    for (const Peer& peer : Peers())
+        contenders.push_back({peer.name, [&](Scene& scene) { return peer.prepare(row, scene); }});
+    return contenders;
 }
 
 std::vector<Competitor> Competitors(const Row& row, Scene& scene) {
@@ -58,16 +67,20 @@ std::vector<Competitor> Competitors(const Row& row, Scene& scene) {
                                    SetProcessor(processor);
                                    Run(row, scene);
                                }});
-    for (const Peer& peer : Peers())
-        if (const PeerWork work = peer.prepare(row, scene); work.run)
+    for (const Contender& peer : Contenders(row))
+        if (const PeerWork work = peer.prepare(scene); work.run)
             competitors.push_back({peer.name, Kind::kPeer, work.calls, work.run});
     competitors.push_back({"copy", Kind::kCopy, 1, Copy(row, scene)});
     return competitors;
 }
 
-// What a competitor leaves in the destination after `before` in every byte.
-std::vector<std::uint8_t> Output(const Work& run, const Frame& dst, std::uint8_t before) {
+// What a competitor leaves in the destination after `before` in every byte, or after what the task
+// itself puts there.
+std::vector<std::uint8_t> Output(const Work& run, const Row& row, Scene& scene,
+                                 std::uint8_t before) {
+    const Frame& dst = scene.dst;
     std::memset(dst.record.data, before, dst.bytes);
+    if (row.task.begin) row.task.begin(scene);
     run();
     return {dst.record.data, dst.record.data + dst.bytes};
 }
@@ -83,15 +96,15 @@ double MeanDifference(const std::vector<std::uint8_t>& a, const std::vector<std:
 }
 
 // Nobody's time counts who does not do the job. Bytes that are not written differ by 255.
-std::string FindFault(const std::vector<Competitor>& competitors, const Frame& dst) {
+std::string FindFault(const std::vector<Competitor>& competitors, const Row& row, Scene& scene) {
     constexpr double kRounding = 3;
     const auto ours = std::find_if(competitors.rbegin(), competitors.rend(),
                                    [](const Competitor& c) { return c.kind == Kind::kOurs; });
-    const auto expected = Output(ours->run, dst, 0);
+    const auto expected = Output(ours->run, row, scene, 0);
     for (const Competitor& competitor : competitors) {
         if (competitor.kind == Kind::kCopy) continue;
         const double difference =
-            MeanDifference(expected, Output(competitor.run, dst, 255), dst.record.format);
+            MeanDifference(expected, Output(competitor.run, row, scene, 255), row.destination);
         if (difference > kRounding)
             return competitor.name + " differs from " + ours->name + " by " +
                    std::to_string(difference) + " levels on average";
@@ -133,7 +146,7 @@ Result MeasureOnce(const Row& row, int width, int height, const Settings& settin
         if (result.answer) return result;
         const std::vector<Competitor> competitors = Competitors(row, scene);
         if (place == 0) {
-            result.fault = FindFault(competitors, scene.dst);
+            result.fault = FindFault(competitors, row, scene);
             if (!result.fault.empty()) return result;
             for (const Competitor& c : competitors) {
                 result.series.push_back({c.name, c.kind, c.calls, {}});

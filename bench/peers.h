@@ -1,18 +1,10 @@
 // Other libraries that do the same jobs.
 #pragma once
-#include <functional>
 #include <span>
 
 #include "bench/rows.h"
 
 namespace pxb::bench {
-
-using Work = std::function<void()>;
-
-struct PeerWork {
-    Work run;       // empty: the library has nothing for the row
-    int calls = 1;  // of the library; more than one where no single call does the job
-};
 
 struct Peer {
     const char* name;

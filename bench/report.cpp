@@ -36,11 +36,14 @@ void PrintRatio(const std::optional<Ratio>& ratio) {
         std::printf("  %5s %5s", "-", "-");
 }
 
+// Where there is no target, the ratio to the fastest library of a variant that is not the widest.
 void PrintVerdict(const Series& ours, const Result& result) {
     const std::optional<Verdict> verdict = Judge(ours, result);
-    if (!verdict) return;
+    const std::optional<Ratio> untargeted = RatioTo(Kind::kPeer, ours, result);
+    if (!verdict && (&ours == &Widest(result) || !untargeted)) return;
     std::printf("  %s", ours.name.c_str());
-    PrintRatio(verdict->ratio);
+    PrintRatio(verdict ? verdict->ratio : untargeted);
+    if (!verdict) return;
     std::printf(" %.1f %s", verdict->target, verdict->reached ? "reached" : "MISSED");
 }
 
@@ -51,10 +54,6 @@ std::string NameOf(const Result& result) {
 void Append(std::string& list, const std::string& item) {
     list += (list.empty() ? "" : ", ") + item;
 }
-
-struct Size {
-    int width, height;
-};
 
 // Whole registers, and an awkward end of every row.
 constexpr Size kEven = {832, 480}, kAwkward = {854, 480};
@@ -158,7 +157,8 @@ void PrintLine(const Result& result) {
         std::printf("  not timed: %s\n", result.fault.c_str());
         return;
     }
-    for (const std::string& column : Columns()) PrintCell(result, column);
+    const std::vector<std::string> columns = Columns();
+    for (const std::string& column : columns) PrintCell(result, column);
     std::printf("%7.3f", Widest(result).Best());
     PrintRatio(RatioTo(Kind::kPeer, Widest(result), result));
     PrintRatio(RatioTo(Kind::kCopy, Widest(result), result));
@@ -166,6 +166,9 @@ void PrintLine(const Result& result) {
     for (const Setback& setback : Setbacks(result))
         std::printf("  %s SLOWER than %s", setback.variant->name.c_str(),
                     setback.narrower->name.c_str());
+    for (const Series& series : result.series)
+        if (std::find(columns.begin(), columns.end(), series.name) == columns.end())
+            std::printf("  %s %.3f", series.name.c_str(), series.Median());
     std::printf("\n");
     std::fflush(stdout);
 }

@@ -12,7 +12,7 @@ constexpr Target Peer(double at_1920x1080, double at_3840x2160 = 0) {
     return {Reference::kPeer, at_1920x1080, at_3840x2160};
 }
 
-constexpr Row kRows[] = {
+const Row kRows[] = {
     {"I420->RGB32", Job::kConvert, PXB_I420, PXB_RGB32, Peer(1.2)},
     {"I420->RGB24", Job::kConvert, PXB_I420, PXB_RGB24, Peer(1.3)},
     {"YV12->RGB32", Job::kConvert, PXB_YV12, PXB_RGB32, kNone},
@@ -68,11 +68,23 @@ double Target::At(int width, int height) const {
 }
 
 std::span<const Row> Rows() {
-    return kRows;
+    static const std::vector<Row> rows = [] {
+        std::vector<Row> all;
+        for (const std::span<const Row> family : {std::span<const Row>(kRows)})
+            all.insert(all.end(), family.begin(), family.end());
+        return all;
+    }();
+    return rows;
+}
+
+std::vector<Size> SizesOf(const Row& row, std::span<const Size> asked) {
+    if (row.task.destination.width) return {row.task.destination};
+    return {asked.begin(), asked.end()};
 }
 
 Scene::Scene(const Row& row, int width, int height, int place)
-    : src(row.source, width, height, kOffsets[place][0]),
+    : src(row.source, row.task.source.width ? row.task.source.width : width,
+          row.task.source.height ? row.task.source.height : height, kOffsets[place][0]),
       dst(row.destination, width, height, kOffsets[place][1]),
       between(PXB_RGB32, width, height, 0) {}
 
@@ -86,9 +98,11 @@ std::int32_t Run(const Row& row, Scene& scene) {
         case Job::kChannel5:
             return PxbChannelGet(dst, &scene.src.record, 5);
         case Job::kFill:
+            return PxbFillColor(dst, kFillColor);
+        case Job::kTask:
             break;
     }
-    return PxbFillColor(dst, kFillColor);
+    return row.task.run(scene);
 }
 
 }  // namespace pxb::bench

@@ -1,7 +1,10 @@
 // The rows of the benchmark: what is timed, and the speed to reach.
 #pragma once
 #include <cstdint>
+#include <functional>
 #include <span>
+#include <string>
+#include <vector>
 
 #include "bench/frame.h"
 
@@ -12,6 +15,7 @@ enum class Job {
     kChannel1,  // alpha of RGB32, grey of RGB24
     kChannel5,  // studio luma
     kFill,
+    kTask,  // as Row::task says
 };
 
 // What our widest variant is held against: the fastest other library, a plain copy (fills: memset)
@@ -30,17 +34,51 @@ struct Target {
     double At(int width, int height) const;
 };
 
+using Work = std::function<void()>;
+
+struct PeerWork {
+    Work run;       // empty: the library has nothing for the row
+    int calls = 1;  // of the library; more than one where no single call does the job
+};
+
+struct Scene;
+
+// Another library with the task of a row. A name that is not a peer's own, as "libyuv box", says
+// what it does differently. The scene outlives the work.
+struct Contender {
+    std::string name;
+    std::function<PeerWork(Scene&)> prepare;
+};
+
+struct Size {
+    int width, height;
+};
+
+// What is no conversion of one image into another of the same size.
+struct Task {
+    Size source = {}, destination = {};       // even; both 0: as asked for
+    std::function<std::int32_t(Scene&)> run;  // calls our library; returns its answer
+    std::vector<Contender> contenders;
+    // Where the task also reads the destination: puts there what it finds in a run whose result is
+    // compared. Otherwise every byte is written.
+    std::function<void(Scene&)> begin;
+};
+
 struct Row {
-    const char* name;
+    std::string name;
     Job job;
     int source;  // of PixelFormat; of a fill, the same as the destination
     int destination;
     Target target;
+    Task task = {};
 };
 
 std::span<const Row> Rows();
 
-// The images of one row at one place in memory.
+// The sizes at which a row is measured, given those asked for.
+std::vector<Size> SizesOf(const Row& row, std::span<const Size> asked);
+
+// The images of one row at one place in memory. Width and height are the destination's.
 struct Scene {
     Scene(const Row& row, int width, int height, int place);
     static constexpr int kPlaces = 3;
