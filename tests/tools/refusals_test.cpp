@@ -4,6 +4,7 @@
 
 #include "commands.h"
 #include "error.h"
+#include "geometry.h"
 #include "scratch_folder.h"
 
 namespace pxb::tool {
@@ -129,6 +130,29 @@ TEST_F(Refusals, RequestsThatCannotBeMet) {
         EXPECT_NE(message.find(c.message), std::string::npos) << message;
         EXPECT_EQ(FileCount(), 2u);
     }
+}
+
+TEST(Geometry, SizesAndRectanglesAreReadAndChecked) {
+    const Rect rect = ParseRect("--rect", "1,2,30,2147483647");
+    EXPECT_EQ(ToString(rect), "1,2,30,2147483647");
+    EXPECT_EQ((std::vector{rect.left, rect.top, rect.right, rect.bottom}),
+              (std::vector{1, 2, 30, 2147483647}));
+    EXPECT_EQ(ToString(ParseSize("--size", "7X1")), "7x1");
+    for (const char* text :
+         {"", "1,2,3", "1,2,3,", "1,2,3,4,5", "1,2,3,-4", "1,2,3,2147483648", "1,2,,3", "a,2,3,4"})
+        EXPECT_EQ(MessageOf([&] { ParseRect("--rect", text); }).find("--rect: "), 0u) << text;
+    for (const char* text : {"", "7", "x7", "7x", "0x1", "1x-1", "7x7x7"})
+        EXPECT_EQ(MessageOf([&] { ParseSize("--size", text); }).find("--size: "), 0u) << text;
+
+    const Size size = {8, 6};
+    for (const Rect inside : {Rect{0, 0, 8, 6}, Rect{8, 6, 8, 6}, Rect{3, 2, 3, 5}})
+        EXPECT_NO_THROW(CheckRect("a.bmp", "--rect", inside, size)) << ToString(inside);
+    for (const Rect outside :
+         {Rect{0, 0, 9, 6}, Rect{0, 0, 8, 7}, Rect{4, 0, 3, 6}, Rect{0, 4, 8, 3}})
+        EXPECT_EQ(MessageOf([&] {
+                      CheckRect("a.bmp", "--rect", outside, size);
+                  }).find("a.bmp: --rect: " + ToString(outside) + ": is L,T,R,B"),
+                  0u);
 }
 
 // Also where it is the input.

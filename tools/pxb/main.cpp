@@ -11,7 +11,7 @@
 #include "commands.h"
 #include "convert.h"
 #include "error.h"
-#include "numbers.h"
+#include "geometry.h"
 
 namespace pxb::tool {
 namespace {
@@ -50,16 +50,6 @@ std::string ConversionHelp() {
     return text;
 }
 
-Size ParseSize(const std::string& text) {
-    const std::size_t cross = text.find_first_of("xX");
-    if (cross != std::string::npos) {
-        const auto width = ParseNumber(text.substr(0, cross), 1, INT32_MAX);
-        const auto height = ParseNumber(text.substr(cross + 1), 1, INT32_MAX);
-        if (width && height) return {*width, *height};
-    }
-    throw Error("", "--size", text, "should be WxH, two numbers from 1 on, such as 640x480");
-}
-
 PixelFormat ParseFormat(std::string_view option, const std::string& text) {
     if (const std::optional<PixelFormat> format = FindFormat(text)) return *format;
     throw Error("", option, text, "is not one of " + FormatNames());
@@ -91,7 +81,7 @@ struct Arguments {
 
     InputOptions Input() const {
         InputOptions options{input, {}, frame};
-        if (!size.empty()) options.layout.size = ParseSize(size);
+        if (!size.empty()) options.layout.size = ParseSize("--size", size);
         if (!format.empty()) options.layout.format = ParseFormat("--format", format);
         return options;
     }
@@ -159,7 +149,7 @@ void Run(int argc, char** argv) {
 
     if (testcard.parsed())
         PaintTestCards(arguments.Output(),
-                       ParseSize(arguments.size.empty() ? "768x576" : arguments.size),
+                       ParseSize("--size", arguments.size.empty() ? "768x576" : arguments.size),
                        arguments.frames);
     if (info.parsed()) Print(Describe(arguments.Input()));
     if (convert.parsed()) ConvertFile(arguments.Input(), arguments.Output());
