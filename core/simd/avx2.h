@@ -63,11 +63,17 @@ struct Avx2 : Avx2Register {
     struct Bytes {
         __m256i all;
     };
+    struct Weights {  // 256 w in words, as unpacking deals the bytes
+        __m256i low, high;
+    };
     struct Pixels {
         __m256i quarter[4];  // 8 pixels each
     };
 
     static PXB_INLINE Bytes Load(const Byte* src) { return {LoadAll(src)}; }
+    static PXB_INLINE Bytes LoadEvens(const Byte* src) {
+        return {Alternate(PackBytes(LowBytes(LoadAll(src)), ShiftRight16<8>(LoadAll(src + 31))))};
+    }
     static PXB_INLINE Bytes LoadPairs(const Byte* first, const Byte* second) {
         const __m128i a = LoadBlock(first), b = LoadBlock(second);
         return {_mm256_set_m128i(_mm_unpackhi_epi8(a, b), _mm_unpacklo_epi8(a, b))};
@@ -126,6 +132,20 @@ struct Avx2 : Avx2Register {
             _mm256_packus_epi16(_mm256_srli_epi16(a.all, 8), _mm256_srli_epi16(b.all, 8)))};
     }
     static PXB_INLINE Bytes Average(Bytes a, Bytes b) { return {_mm256_avg_epu8(a.all, b.all)}; }
+    static PXB_INLINE Weights WeightsOf(Bytes a) {
+        const __m256i zero = _mm256_setzero_si256();
+        return {ZipLow8(zero, a.all), ZipHigh8(zero, a.all)};
+    }
+    // (b - a) 256 w / 2^16, of which the low byte, added modulo 2^8, is exact: a negative difference
+    // counts as 2^16 more, which makes the quotient 256 w more.
+    static PXB_INLINE Bytes Lerp(Bytes a, Bytes b, Weights w) {
+        const auto share = [](__m256i pairs, __m256i weights) PXB_INLINE_LAMBDA {
+            const __m256i difference = MultiplyAddBytes(pairs, Set16(0xFF01));  // 1, -1
+            return LowBytes(_mm256_mulhi_epu16(difference, weights));
+        };
+        return {_mm256_add_epi8(a.all, PackBytes(share(ZipLow8(b.all, a.all), w.low),
+                                                 share(ZipHigh8(b.all, a.all), w.high)))};
+    }
     template <int kByte>
     static PXB_INLINE Bytes TakeByte(const Pixels& a) {
         const auto byte = [](__m256i p) PXB_INLINE_LAMBDA {

@@ -64,11 +64,18 @@ struct Avx512 : Avx512Register {
     struct Bytes {
         __m512i all;
     };
+    struct Weights {  // 256 w in words, as unpacking deals the bytes
+        __m512i low, high;
+    };
     struct Pixels {
         __m512i quarter[4];  // 16 pixels each
     };
 
     static PXB_INLINE Bytes Load(const Byte* src) { return {LoadAll(src)}; }
+    static PXB_INLINE Bytes LoadEvens(const Byte* src) {
+        return {Pick(LoadAll(src), LoadAll(src + 63),
+                     [](int i) PXB_INLINE_LAMBDA { return 2 * i + i / 32; })};
+    }
     static PXB_INLINE Bytes LoadPairs(const Byte* first, const Byte* second) {
         return {Pick(LoadHalf(first), LoadHalf(second),
                      [](int i) PXB_INLINE_LAMBDA { return i / 2 + i % 2 * 64; })};
@@ -114,6 +121,20 @@ struct Avx512 : Avx512Register {
         return {Pick(a.all, b.all, [](int i) PXB_INLINE_LAMBDA { return 2 * i + 1; })};
     }
     static PXB_INLINE Bytes Average(Bytes a, Bytes b) { return {_mm512_avg_epu8(a.all, b.all)}; }
+    static PXB_INLINE Weights WeightsOf(Bytes a) {
+        const __m512i zero = _mm512_setzero_si512();
+        return {ZipLow8(zero, a.all), ZipHigh8(zero, a.all)};
+    }
+    // (b - a) 256 w / 2^16, of which the low byte, added modulo 2^8, is exact: a negative difference
+    // counts as 2^16 more, which makes the quotient 256 w more.
+    static PXB_INLINE Bytes Lerp(Bytes a, Bytes b, Weights w) {
+        const auto share = [](__m512i pairs, __m512i weights) PXB_INLINE_LAMBDA {
+            const __m512i difference = MultiplyAddBytes(pairs, Set16(0xFF01));  // 1, -1
+            return LowBytes(_mm512_mulhi_epu16(difference, weights));
+        };
+        return {_mm512_add_epi8(a.all, PackBytes(share(ZipLow8(b.all, a.all), w.low),
+                                                 share(ZipHigh8(b.all, a.all), w.high)))};
+    }
     template <int kByte>
     static PXB_INLINE Bytes TakeByte(const Pixels& a) {
         return {PickHalves(a, [](int i) PXB_INLINE_LAMBDA { return i % 32 * 4 + kByte; })};

@@ -16,8 +16,13 @@ struct Block : R {
     struct Pixels {
         Register quarter[4];  // kPixels / 4 pixels each
     };
+    using Weights = Bytes;
 
     static PXB_INLINE Bytes Load(const Byte* src) { return {R::LoadAll(src)}; }
+    static PXB_INLINE Bytes LoadEvens(const Byte* src) {
+        return {
+            R::PackBytes(R::LowBytes(R::LoadAll(src)), HighBytes(R::LoadAll(src + kPixels - 1)))};
+    }
     static PXB_INLINE Bytes LoadPairs(const Byte* first, const Byte* second) {
         return {R::ZipLow8(R::LoadHalf(first), R::LoadHalf(second))};
     }
@@ -61,6 +66,15 @@ struct Block : R {
         return {R::PackBytes(HighBytes(a.all), HighBytes(b.all))};
     }
     static PXB_INLINE Bytes Average(Bytes a, Bytes b) { return {R::Average(a.all, b.all)}; }
+    static PXB_INLINE Weights WeightsOf(Bytes a) { return a; }
+    // w (b - a) modulo 2^16 of even and of odd bytes; the high byte of it, added modulo 2^8, is exact.
+    static PXB_INLINE Bytes Lerp(Bytes a, Bytes b, Weights w) {
+        const Register even =
+            R::Mul16(R::Sub16(R::LowBytes(b.all), R::LowBytes(a.all)), R::LowBytes(w.all));
+        const Register odd =
+            R::Mul16(R::Sub16(HighBytes(b.all), HighBytes(a.all)), HighBytes(w.all));
+        return {R::Add8(a.all, R::Or(HighBytes(even), R::And(odd, R::Set16(0xFF00))))};
+    }
     template <int kByte>
     static PXB_INLINE Bytes TakeByte(const Pixels& a) {
         const auto byte = [&](int i) PXB_INLINE_LAMBDA {

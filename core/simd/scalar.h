@@ -14,10 +14,16 @@ struct Scalar {
     struct Pixels {
         Byte at[kCount][4];
     };
+    using Weights = Bytes;
 
     static PXB_INLINE Bytes Load(const Byte* src) {
         Bytes bytes;
         for (int i = 0; i < kCount; ++i) bytes.at[i] = src[i];
+        return bytes;
+    }
+    static PXB_INLINE Bytes LoadEvens(const Byte* src) {
+        Bytes bytes;
+        for (int i = 0; i < kCount; ++i) bytes.at[i] = src[2 * i];
         return bytes;
     }
     static PXB_INLINE Bytes LoadPairs(const Byte* first, const Byte* second) {
@@ -62,6 +68,13 @@ struct Scalar {
     static PXB_INLINE Bytes Average(const Bytes& a, const Bytes& b) {
         Bytes bytes;
         for (int i = 0; i < kCount; ++i) bytes.at[i] = (a.at[i] + b.at[i] + 1) >> 1;
+        return bytes;
+    }
+    static PXB_INLINE Weights WeightsOf(const Bytes& a) { return a; }
+    static PXB_INLINE Bytes Lerp(const Bytes& a, const Bytes& b, const Weights& w) {
+        Bytes bytes;
+        for (int i = 0; i < kCount; ++i)
+            bytes.at[i] = a.at[i] + (w.at[i] * (b.at[i] - a.at[i]) >> 8);
         return bytes;
     }
     template <int kByte>

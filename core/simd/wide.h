@@ -6,7 +6,10 @@
 // `Bytes` holds kPixels bytes and `Pixels` kPixels 32-bit lanes B G R X. What colour arithmetic needs
 // on top is in convert/simd/color.h.
 //
+// `Weights` are numbers 0 to 255, one for each of kPixels bytes, in the form that Lerp wants.
+//
 // Load                       kPixels bytes
+// LoadEvens                  every second byte of 2 kPixels - 1
 // LoadPairs(a, b)            kPixels / 2 bytes of each, as bytes A B A B ...
 // LoadBgr LoadBgrx           Pixels of 3 bytes (X becomes 0) or of 4
 // Store                      Bytes
@@ -16,6 +19,8 @@
 // StoreBgr(dst, b, g, r)     Bytes of three channels, as pixels of 3 bytes
 // Evens(a, b) Odds(a, b)     every second byte of both
 // Average                    (a + b + 1) / 2 of bytes
+// WeightsOf(bytes)           each byte as a weight
+// Lerp(a, b, weights)        ((256 - w) a + w b) >> 8 of bytes, as a + floor(w (b - a) / 256)
 // TakeByte<k>                byte k of each lane of Pixels
 // kStreams                   whether its stores go around the caches, see memory.h
 // Leave                      after the last row: stores become visible to other threads, and MMX

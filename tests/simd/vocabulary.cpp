@@ -61,6 +61,9 @@ void CheckTakeByte(const Comparison& compare) {
 void CheckBytesAndPixels(const Comparison& compare) {
     compare("Load, Store",
             []<class V>(const Bench& on, int x) { V::Store(on.out + x, V::Load(on.a + x)); });
+    compare("LoadEvens", []<class V>(const Bench& on, int x) {
+        V::Store(on.out + x, V::LoadEvens(on.a + 2 * x));
+    });
     compare("LoadPairs", []<class V>(const Bench& on, int x) {
         V::Store(on.out + x, V::LoadPairs(on.a + x / 2, on.b + x / 2));
     });
@@ -86,6 +89,10 @@ void CheckBytesAndPixels(const Comparison& compare) {
     });
     compare("Average", []<class V>(const Bench& on, int x) {
         V::Store(on.out + x, V::Average(V::Load(on.a + x), V::Load(on.b + x)));
+    });
+    compare("WeightsOf, Lerp", []<class V>(const Bench& on, int x) {
+        V::Store(on.out + x,
+                 V::Lerp(V::Load(on.a + x), V::Load(on.b + x), V::WeightsOf(V::Load(on.c + x))));
     });
     CheckTakeByte<0>(compare), CheckTakeByte<1>(compare);
     CheckTakeByte<2>(compare), CheckTakeByte<3>(compare);
