@@ -85,8 +85,8 @@
  *
  * This version
  *
- * It does not have PxbResize, PxbResizeEx, PxbRotate, PxbFliphorizontal, PxbFlipvertical and
- * PxbAlphaBlend yet: they are declared below, but a program that calls one does not link.
+ * It does not have PxbResize, PxbResizeEx, PxbRotate, PxbFliphorizontal and PxbFlipvertical yet:
+ * they are declared below, but a program that calls one does not link.
  *
  * Results
  *
@@ -364,20 +364,36 @@ PXB_API int32_t PXB_CALL PxbFlipvertical(ImageBuffer* image, const Rect* rect);
 /* ---- Blending ---- */
 
 /* Blends the rectangle `srcRect` of `src` over the equally large rectangle `dstRect` of `dst`,
- * which has the same format: every sample d becomes ((256 - a) d + a s) >> 8, with s from `src` and
- * alpha a, 0 to 255, at the source's coordinates. So a = 255 nearly gives the source: 254 for white
- * over black.
+ * which has the same format. A sample d of `dst`, with s the sample of `src` and a the alpha of the
+ * pixel, 0 to 255, becomes
  *
- * a comes from `alphaImage`, an RGB8 image; where that is null or has null `data`, from the
- * companion of `src`, or for RGB32 from the fourth byte of each source pixel. The fourth byte of
- * RGB32 in `dst` stays. `alphaImage`, `dstRect` and `srcRect` may be null. Companions are not
- * blended.
+ *     ((256 - a) d + a s) >> 8
+ *
+ * The weights add up to 256 and the result is truncated, so a = 0 leaves d as it is and a = 255
+ * gives nearly s: white over black becomes 254. Callers depend on these bytes.
+ *
+ * Alpha comes from `alphaImage`, an RGB8 image; where that or its `data` is null, from the
+ * companion of `src`, except that RGB32 takes the fourth byte of each source pixel and does not ask
+ * the companion. A plane of alpha goes with `src`: the value for a pixel stands at the pixel's
+ * coordinates there. It must reach as far as `srcRect`; its format and size are not looked at.
+ *
+ *     RGB24        all three bytes
+ *     RGB32        the first three bytes; the fourth byte of `dst` stays
+ *     YUY2         both bytes of each pixel, luma and chroma: rectangles that begin at an even
+ *                  column in one image and an odd one in the other mix U with V
+ *     YV12, I420   blocks of 2 x 2 pixels, from the corners of the rectangles on. The chroma of
+ *                  a block, at half the coordinates of its top left pixel in each image, takes the
+ *                  alpha of that pixel. At an odd edge a block has the luma that is there, and its
+ *                  chroma where both images have such a sample
+ *
+ * `alphaImage`, `dstRect` and `srcRect` may be null; a null rectangle is the whole image. `dst`
+ * shares no memory with what is read. Neither companion is blended or written.
  *
  * PXB_BAD_ARGUMENT  the formats differ; `dst->data` is null; `src->data` is null; the format is not
  *                   1 to 7
  * PXB_UNSUPPORTED   the format is RGB8 or YUV422
- * PXB_FAILURE       there is no alpha plane; a rectangle does not lie in its image; the sizes of
- *                   the rectangles differ
+ * PXB_FAILURE       there is no alpha plane; a rectangle does not lie in its image, or its right or
+ *                   bottom comes before its left or top; the sizes of the rectangles differ
  * PXB_SUCCESS       otherwise; also for empty rectangles of equal size */
 PXB_API int32_t PXB_CALL PxbAlphaBlend(ImageBuffer* dst, const ImageBuffer* src,
                                        const ImageBuffer* alphaImage, const Rect* dstRect,

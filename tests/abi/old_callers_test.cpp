@@ -48,6 +48,19 @@ void TakeChannels() {
         }
 }
 
+void Blend() {
+    for (const PixelFormat format : {PXB_RGB24, PXB_RGB32, PXB_YV12, PXB_YUY2, PXB_I420})
+        for (const bool has_alpha : {true, false}) {
+            SCOPED_TRACE(testing::Message() << kFormatNames[format] << ", alpha " << has_alpha);
+            Image dst(format, kSize, 1), src(format, kSize, 2), alpha(PXB_RGB8, kSize, 3);
+            const bool exists = has_alpha || format == PXB_RGB32;
+            EXPECT_EQ(PXB_CALL_OLD(PxbAlphaBlend, &dst.record, &src.record,
+                                   has_alpha ? &alpha.record : nullptr, nullptr, nullptr),
+                      exists ? PXB_SUCCESS : PXB_FAILURE);
+            EXPECT_EQ(dst.HasChanged(), exists);
+        }
+}
+
 void MakeAndFill() {
     for (int format = 1; format <= kFormats; ++format) {
         SCOPED_TRACE(kFormatNames[format]);
@@ -81,6 +94,7 @@ TEST(OldCallers, CanCallEveryExportInEveryVariant) {
             old_stack = stack;
             Convert();
             TakeChannels();
+            Blend();
             MakeAndFill();
             Locate();
         }

@@ -1,0 +1,348 @@
+// PxbAlphaBlend in every variant against one sample at a time, and what it answers.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <functional>
+
+#include "support/effort.h"
+#include "support/trial.h"
+#include "support/variants.h"
+
+namespace pxb::test {
+namespace {
+
+struct Job {
+    const char* name;
+    int format;
+    bool has_plane;  // alpha comes from a plane, not from the source's fourth byte
+};
+constexpr Job kJobs[] = {
+    {"RGB24", PXB_RGB24, true}, {"RGB32", PXB_RGB32, true}, {"RGB32, own alpha", PXB_RGB32, false},
+    {"YUY2", PXB_YUY2, true},   {"I420", PXB_I420, true},   {"YV12", PXB_YV12, true}};
+
+Byte Mixed(int d, int s, int alpha) {
+    constexpr int kLift = 256;  // makes what is divided positive
+    return static_cast<Byte>(((s - d) * alpha + kLift * 256) / 256 - kLift + d);
+}
+
+// Rectangles of this size from each top left corner on.
+struct Area {
+    int width, height, dst_left, dst_top, src_left, src_top;
+};
+
+// visit(d, s, a) for each sample, in order: offsets from the data of the images and, with a plane,
+// from that of a plane with this stride.
+template <class Visit>
+void ForSamples(const Job& job, const ImageBuffer& dst, const ImageBuffer& src, Int alpha_stride,
+                const Area& area, const Visit& visit) {
+    const int bytes = BytesPerPixel(job.format);
+    for (int i = 0; i < area.height; ++i)
+        for (int j = 0; j < area.width; ++j) {
+            const Int to_x = area.dst_left + j, to_y = area.dst_top + i;
+            const Int from_x = area.src_left + j, from_y = area.src_top + i;
+            const Int to = to_y * dst.stride + to_x * bytes;
+            const Int from = from_y * src.stride + from_x * bytes;
+            const Int alpha = job.has_plane ? from_y * alpha_stride + from_x : from + 3;
+            for (int k = 0; k < std::min(bytes, 3); ++k) visit(to + k, from + k, alpha);
+            if (!Is420(job.format) || i % 2 || j % 2) continue;
+            const Int to_luma = Int{dst.stride} * dst.height;
+            const Int from_luma = Int{src.stride} * src.height;
+            const Int to_sample = to_y / 2 * (dst.stride / 2) + to_x / 2;
+            const Int from_sample = from_y / 2 * (src.stride / 2) + from_x / 2;
+            if (to_sample >= to_luma / 4 || from_sample >= from_luma / 4) continue;
+            visit(to_luma + to_sample, from_luma + from_sample, alpha);
+            visit(to_luma + to_luma / 4 + to_sample, from_luma + from_luma / 4 + from_sample,
+                  alpha);
+        }
+}
+
+void BlendByModel(const Job& job, const ImageBuffer& dst, const ImageBuffer& src,
+                  const ImageBuffer& alpha, const Area& area) {
+    const Byte* const alphas = job.has_plane ? alpha.data : src.data;
+    ForSamples(job, dst, src, alpha.stride, area, [&](Int d, Int s, Int a) {
+        dst.data[d] = Mixed(dst.data[d], src.data[s], alphas[a]);
+    });
+}
+
+std::int32_t Blend(const Job& job, ImageBuffer* dst, const ImageBuffer* src,
+                   const ImageBuffer* alpha, const Area& area) {
+    const auto rect = [&](int left, int top) {
+        return Rect{left, top, left + area.width, top + area.height};
+    };
+    const Rect to = rect(area.dst_left, area.dst_top), from = rect(area.src_left, area.src_top);
+    return PxbAlphaBlend(dst, src, job.has_plane ? alpha : nullptr, &to, &from);
+}
+
+// ---- Arithmetic ----
+
+TEST(AlphaBlend, WorkedValues) {
+    constexpr struct {
+        Byte d, s, alpha, wanted;
+    } kCases[] = {{0, 255, 255, 254}, {255, 0, 255, 0},  {200, 100, 0, 200}, {0, 255, 128, 127},
+                  {255, 0, 128, 127}, {10, 11, 255, 10}, {11, 10, 1, 10},    {77, 77, 200, 77}};
+    for (const auto& c : kCases)
+        for (const Variant& variant : RunnableVariants()) {
+            const ForcedProcessor forced(variant.words);
+            std::vector<Byte> d(120, c.d), s(120, c.s), a(40, c.alpha);
+            ImageBuffer dst = {d.data(), 24, 120, 40, 1, PXB_RGB24, nullptr}, src = dst;
+            src.data = s.data();
+            const ImageBuffer alpha = {a.data(), 8, 40, 40, 1, PXB_RGB8, nullptr};
+            ASSERT_EQ(PxbAlphaBlend(&dst, &src, &alpha, nullptr, nullptr), PXB_SUCCESS);
+            EXPECT_EQ(d, std::vector<Byte>(120, c.wanted)) << variant.name;
+        }
+}
+
+class AlphaBlendOf : public testing::TestWithParam<Job> {};
+INSTANTIATE_TEST_SUITE_P(, AlphaBlendOf, testing::ValuesIn(kJobs),
+                         [](const auto& job) { return std::to_string(job.index); });
+
+// All samples of pixel p, of 2^16, are p % 256 and p / 256; 4:2:0: those of a block of four pixels,
+// of which the odd ones have another alpha.
+TEST_P(AlphaBlendOf, EveryValue) {
+    const Job& job = GetParam();
+    const int side = Is420(job.format) ? 512 : 256;
+    const Area all = {side, side, 0, 0, 0, 0};
+    const Image before(job.format, {side, side}), src(job.format, {side, side}),
+        plane(PXB_RGB8, {side, side});
+    const auto for_samples = [&](const auto& visit) {
+        ForSamples(job, before.record, src.record, side, all, visit);
+    };
+    const auto pixel = [&](Int alpha) {
+        if (!job.has_plane) return alpha / 4;
+        return side == 512 ? alpha / 1024 * 256 + alpha % 512 / 2 : alpha;
+    };
+    for_samples([&](Int d, Int s, Int a) {
+        before.record.data[d] = static_cast<Byte>(pixel(a) % 256);
+        src.record.data[s] = static_cast<Byte>(pixel(a) / 256);
+    });
+    const Image& alphas = job.has_plane ? plane : src;
+    for (int turn = 0; turn < 256; ++turn) {
+        if (!IsTried(turn)) continue;
+        for_samples([&](Int, Int, Int a) {
+            alphas.record.data[a] = static_cast<Byte>(pixel(a) * 7 + turn + a % 2 * 100);
+        });
+        Image expected(job.format, {side, side}), dst(job.format, {side, side});
+        expected.Tile(before.First(before.bytes));
+        BlendByModel(job, expected.record, src.record, plane.record, all);
+        for (const Variant& variant : RunnableVariants()) {
+            const ForcedProcessor forced(variant.words);
+            dst.Tile(before.First(before.bytes));
+            ASSERT_EQ(Blend(job, &dst.record, &src.record, &plane.record, all), PXB_SUCCESS);
+            ASSERT_TRUE(dst == expected) << variant.name << ", turn " << turn;
+        }
+    }
+}
+
+// ---- Rectangles ----
+
+// Blends between three pieces of guarded memory.
+class BlendTrial : public Trial {
+  public:
+    BlendTrial() {
+        const std::vector<Byte> noise = Noise(GuardedMemory::kArea, 3);
+        std::memcpy(alpha_memory_.First(), noise.data(), noise.size());
+        alpha_memory_.ForbidWriting();
+    }
+
+    // Images end where the rectangles do or a little later; their rows have padding of any size.
+    void Run(const Job& job, const Area& area) {
+        ++number_;
+        const auto describe = [&](int format, int left, int top, int salt) {
+            const Size size = {left + area.width + number_ % (2 + salt),
+                               top + area.height + number_ % (3 + salt) / 2};
+            return Describe(format, size, number_ % 5, !Is420(format) && number_ % 7 == salt);
+        };
+        ImageBuffer dst = describe(job.format, area.dst_left, area.dst_top, 0);
+        ImageBuffer src = describe(job.format, area.src_left, area.src_top, 1);
+        ImageBuffer alpha = describe(PXB_RGB8, area.src_left, area.src_top, 2);
+        const Placement placement = static_cast<Placement>(number_ % 3);
+        if (placement == Placement::kSplit && Is420(job.format)) MakeTall(dst), MakeTall(src);
+        PlaceAll(job, area, dst, src, alpha, placement);
+        for (const Variant& variant : RunnableVariants()) {
+            const ForcedProcessor forced(variant.words);
+            ASSERT_TRUE(Compare(
+                dst, src,
+                [&](const ImageBuffer& to, const ImageBuffer& from) {
+                    BlendByModel(job, to, from, alpha, area);
+                },
+                [&](ImageBuffer* to, const ImageBuffer* from) {
+                    return Blend(job, to, from, &alpha, area);
+                }))
+                << job.name << ", " << variant.name << ", number " << number_ << ": " << area.width
+                << " x " << area.height << " from " << area.src_left << ", " << area.src_top
+                << " to " << area.dst_left << ", " << area.dst_top;
+        }
+    }
+
+  private:
+    // A page fits between luma and chroma.
+    static void MakeTall(ImageBuffer& image) {
+        image.height += static_cast<std::int32_t>(GuardedMemory::kPage) / image.stride + 1;
+    }
+    void PlaceAll(const Job& job, const Area& area, ImageBuffer& dst, ImageBuffer& src,
+                  ImageBuffer& alpha, Placement placement) {
+        Visited to, from, weights;
+        const auto add = [&](Visited& visited, const ImageBuffer& image, Int byte) {
+            const bool luma = !Is420(job.format) || byte < Int{image.stride} * image.height;
+            (luma ? visited.luma : visited.chroma).Add(byte, 1);
+        };
+        ForSamples(job, dst, src, alpha.stride, area, [&](Int d, Int s, Int a) {
+            add(to, dst, d), add(from, src, s);
+            weights.luma.Add(a, 1);
+        });
+        if (job.format == PXB_RGB32) ++to.luma.end, ++from.luma.end;  // the fourth byte
+        Place(dst, dst_memory, to, placement);
+        Place(src, src_memory, from, placement);
+        Place(alpha, alpha_memory_, weights, placement);
+    }
+
+    GuardedMemory alpha_memory_;
+    int number_ = 0;
+};
+
+TEST(AlphaBlend, RectanglesOfEveryWidth) {
+    BlendTrial trial;
+    for (const Job& job : kJobs)
+        for (int width = 0; width <= 130; ++width)
+            for (int turn = 0; turn < 3; ++turn) {
+                const int height = (width + 2 * turn) % 6, shift = width + turn;
+                trial.Run(job, {width, height, shift % 3, shift % 2, shift % 5, shift / 2 % 3});
+                if (HasFatalFailure()) return;
+            }
+}
+
+// Also where blocks of four pixels begin at odd places and end beyond the chroma of their image.
+TEST(AlphaBlend, RectanglesAtEverySmallOffset) {
+    BlendTrial trial;
+    for (const Job& job : kJobs)
+        for (int offsets = 0; offsets < 256; ++offsets)
+            for (const Size size : {Size{1, 1}, Size{5, 2}, Size{35, 3}}) {
+                if (!kThorough && offsets % 7) continue;
+                trial.Run(job, {size.width, size.height, offsets % 4, offsets / 4 % 4,
+                                offsets / 16 % 4, offsets / 64});
+                if (HasFatalFailure()) return;
+            }
+}
+
+// ---- Front end ----
+
+// 4 x 4 pixels of 1 under a source of 255; what the planes of alpha hold tells them apart.
+struct Records {
+    std::vector<Byte> pixels = std::vector<Byte>(64, 1), white = std::vector<Byte>(64, 255),
+                      given_bytes = std::vector<Byte>(16, 64), own_bytes = given_bytes,
+                      dst_own_bytes = given_bytes;
+    ImageBuffer given = {given_bytes.data(), 8, 4, 4, 4, PXB_RGB8, nullptr}, own = given,
+                dst_own = given, dst, src;
+
+    explicit Records(int format) {
+        own_bytes.assign(16, 128);
+        own.data = own_bytes.data();
+        dst_own.data = dst_own_bytes.data();
+        dst = Describe(format, {4, 4});
+        src = dst;
+        dst.data = pixels.data();
+        src.data = white.data();
+        src.alpha = &own;
+        dst.alpha = &dst_own;
+    }
+    std::int32_t Blend(const ImageBuffer* alpha, const Rect* to = nullptr,
+                       const Rect* from = nullptr) {
+        return PxbAlphaBlend(&dst, &src, alpha, to, from);
+    }
+    bool IsUntouched() const { return pixels == std::vector<Byte>(64, 1) && CompanionsAre(128); }
+    bool CompanionsAre(Byte own_value) const {
+        return given_bytes == std::vector<Byte>(16, 64) && dst_own_bytes == given_bytes &&
+               own_bytes == std::vector<Byte>(16, own_value);
+    }
+};
+
+// The given plane first, else the source's companion; RGB32 does not ask the companion.
+TEST(AlphaBlend, FindsItsAlpha) {
+    for (int format = PXB_RGB24; format <= PXB_I420; ++format)
+        for (const bool is_given : {true, false})
+            for (const bool has_data : {true, false})
+                for (const Variant& variant : RunnableVariants()) {
+                    SCOPED_TRACE(testing::Message() << kFormatNames[format] << ", " << variant.name
+                                                    << ", " << is_given << has_data);
+                    const ForcedProcessor forced(variant.words);
+                    Records records(format);
+                    if (!has_data) records.given.data = nullptr;
+                    ASSERT_EQ(records.Blend(is_given ? &records.given : nullptr), PXB_SUCCESS);
+                    const int alpha = is_given && has_data ? 64 : format == PXB_RGB32 ? 255 : 128;
+                    EXPECT_EQ(records.pixels[0], Mixed(1, 255, alpha));
+                    EXPECT_EQ(records.pixels[3], format == PXB_RGB32 ? 1 : Mixed(1, 255, alpha));
+                    EXPECT_TRUE(records.CompanionsAre(128));
+                }
+}
+
+// Each case breaks one thing more than the one before: the first check in order decides.
+TEST(AlphaBlend, ChecksInOrder) {
+    const Rect outside = {0, 0, 5, 4};
+    const std::function<void(Records&)> kFaults[] = {
+        [](Records& r) { r.own.data = nullptr; },
+        [](Records& r) { r.src.data = nullptr; },
+        [](Records& r) { r.src.data = r.white.data(), r.dst.data = nullptr; },
+        [](Records& r) { r.dst.data = r.pixels.data(), ++r.src.format; },
+    };
+    for (int format = -1; format <= 11; ++format) {
+        SCOPED_TRACE(format);
+        Records records(format);
+        const bool is_known = format >= 1 && format <= 7, is_other = format >= 6;
+        const std::int32_t by_format = !is_known  ? PXB_BAD_ARGUMENT
+                                       : is_other ? PXB_UNSUPPORTED
+                                                  : PXB_FAILURE;
+        EXPECT_EQ(records.Blend(nullptr, &outside), by_format);
+        for (int fault = 0; fault < 4; ++fault) {
+            kFaults[fault](records);
+            EXPECT_EQ(records.Blend(nullptr, fault < 3 ? &outside : nullptr),
+                      fault == 0 ? by_format : PXB_BAD_ARGUMENT);
+        }
+        EXPECT_TRUE(records.IsUntouched());
+    }
+    for (const int format : {PXB_RGB24, PXB_YV12, PXB_YUY2, PXB_I420}) {
+        Records records(format);
+        records.src.alpha = nullptr;
+        records.given.data = nullptr;
+        EXPECT_EQ(records.Blend(nullptr), PXB_FAILURE);
+        EXPECT_EQ(records.Blend(&records.given), PXB_FAILURE);
+        EXPECT_TRUE(records.IsUntouched());
+    }
+}
+
+TEST(AlphaBlend, RefusesRectangles) {
+    constexpr struct {
+        Rect to, from;
+        std::int32_t wanted;
+    } kCases[] = {
+        {{-1, 0, 3, 4}, {0, 0, 4, 4}, PXB_FAILURE}, {{0, -1, 4, 3}, {0, 0, 4, 4}, PXB_FAILURE},
+        {{1, 0, 5, 4}, {0, 0, 4, 4}, PXB_FAILURE},  {{0, 1, 4, 5}, {0, 0, 4, 4}, PXB_FAILURE},
+        {{0, 0, 4, 4}, {-1, 0, 3, 4}, PXB_FAILURE}, {{0, 0, 4, 4}, {0, -1, 4, 3}, PXB_FAILURE},
+        {{0, 0, 4, 4}, {1, 0, 5, 4}, PXB_FAILURE},  {{0, 0, 4, 4}, {0, 1, 4, 5}, PXB_FAILURE},
+        {{0, 0, 3, 4}, {0, 0, 4, 4}, PXB_FAILURE},  {{0, 0, 4, 4}, {0, 0, 4, 3}, PXB_FAILURE},
+        {{0, 0, 2, 3}, {0, 0, 3, 2}, PXB_FAILURE},  {{2, 0, 1, 4}, {3, 0, 2, 4}, PXB_FAILURE},
+        {{0, 2, 4, 1}, {0, 3, 4, 2}, PXB_FAILURE},  {{0, 0, -1, 4}, {0, 0, -1, 4}, PXB_FAILURE},
+        {{4, 0, 4, 4}, {0, 0, 0, 4}, PXB_SUCCESS},  {{0, 4, 4, 4}, {0, 1, 4, 1}, PXB_SUCCESS},
+    };
+    for (int format = PXB_RGB24; format <= PXB_I420; ++format)
+        for (const Variant& variant : RunnableVariants()) {
+            SCOPED_TRACE(kFormatNames[format]);
+            const ForcedProcessor forced(variant.words);
+            Records records(format);
+            for (const auto& c : kCases)
+                EXPECT_EQ(records.Blend(nullptr, &c.to, &c.from), c.wanted)
+                    << &c - std::begin(kCases);
+            const Rect smaller = {0, 0, 3, 4}, pixel = {0, 0, 1, 1};
+            EXPECT_EQ(records.Blend(nullptr, nullptr, &smaller), PXB_FAILURE);
+            EXPECT_EQ(records.Blend(nullptr, &smaller, nullptr), PXB_FAILURE);
+            for (std::int32_t ImageBuffer::*extent : {&ImageBuffer::width, &ImageBuffer::height}) {
+                records.dst.*extent = -4;  // no pixels, wherever a rectangle lies
+                EXPECT_EQ(records.Blend(nullptr), PXB_FAILURE);
+                EXPECT_EQ(records.Blend(nullptr, &pixel, &pixel), PXB_SUCCESS);
+                records.dst.*extent = 4;
+            }
+            EXPECT_TRUE(records.IsUntouched());
+        }
+}
+
+}  // namespace
+}  // namespace pxb::test
