@@ -42,10 +42,10 @@ using BlendPlanar420Kernel = void(const BlendPlanes& dst, const BlendPlanes& src
 PXB_TARGETS(PXB_DECLARE_BLEND_KERNELS)
 #undef PXB_DECLARE_BLEND_KERNELS
 
-constexpr Variants<BlendPackedKernel> kBlendRgb24 = {plain::BlendRgb24};
-constexpr Variants<BlendPackedKernel> kBlendRgb32 = {plain::BlendRgb32};
-constexpr Variants<BlendByOwnAlphaKernel> kBlendRgb32ByOwnAlpha = {plain::BlendRgb32ByOwnAlpha};
-constexpr Variants<BlendPackedKernel> kBlendYuy2 = {plain::BlendYuy2};
-constexpr Variants<BlendPlanar420Kernel> kBlendYuv420 = {plain::BlendYuv420};
+constexpr auto kBlendRgb24 = PXB_VARIANTS_FROM_SSE2(BlendRgb24);
+constexpr auto kBlendRgb32 = PXB_VARIANTS_FROM_SSE2(BlendRgb32);
+constexpr auto kBlendRgb32ByOwnAlpha = PXB_VARIANTS_FROM_SSE2(BlendRgb32ByOwnAlpha);
+constexpr auto kBlendYuy2 = PXB_VARIANTS_FROM_SSE2(BlendYuy2);
+constexpr auto kBlendYuv420 = PXB_VARIANTS_FROM_SSE2(BlendYuv420);
 
 }  // namespace pxb

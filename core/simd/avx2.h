@@ -6,6 +6,7 @@
 
 #include "core/rows.h"
 #include "core/simd/memory.h"
+#include "core/simd/weights.h"
 
 namespace pxb::PXB_TARGET {
 
@@ -136,6 +137,23 @@ struct Avx2 : Avx2Register {
         const __m256i zero = _mm256_setzero_si256();
         return {ZipLow8(zero, a.all), ZipHigh8(zero, a.all)};
     }
+    template <int kBytes, int kPart>
+    static PXB_INLINE Weights LoadWeights(const Byte* src) {
+        if constexpr (kBytes == 1) return WeightsOf(Load(src));
+        const auto twice = [](const Byte* block) PXB_INLINE_LAMBDA {
+            return _mm256_broadcastsi128_si256(LoadBlock(block));
+        };
+        const bool starts_low = 2 * kPart < kBytes, ends_low = 2 * kPart + 1 < kBytes;
+        const __m256i all = ends_low ? twice(src) : starts_low ? LoadAll(src) : twice(src + 16);
+        return {_mm256_shuffle_epi8(all, InBlocks<WeightOrder<kBytes, kPart, 0, 32>>()),
+                _mm256_shuffle_epi8(all, InBlocks<WeightOrder<kBytes, kPart, 1, 32>>())};
+    }
+    template <int kPart>
+    static PXB_INLINE Weights LoadWeightsOfX(const Byte* src) {
+        const __m256i all = LoadAll(src + 32 * kPart);
+        return {_mm256_shuffle_epi8(all, InBlocks<WeightOfXOrder<0>>()),
+                _mm256_shuffle_epi8(all, InBlocks<WeightOfXOrder<1>>())};
+    }
     // (b - a) 256 w / 2^16, of which the low byte, added modulo 2^8, is exact: a negative difference
     // counts as 2^16 more, which makes the quotient 256 w more.
     static PXB_INLINE Bytes Lerp(Bytes a, Bytes b, Weights w) {
@@ -235,6 +253,14 @@ struct Avx2 : Avx2Register {
             _mm256_stream_si256(reinterpret_cast<__m256i*>(dst), a);
         else
             _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst), a);
+    }
+    // The constant whose byte i is Order::At(i), as an index into a block.
+    template <class Order>
+    static PXB_INLINE __m256i InBlocks() {
+        return []<int... i>(std::integer_sequence<int, i...>) PXB_INLINE_LAMBDA {
+            return _mm256_setr_epi8(static_cast<char>(Order::At(i) & ~0x70)...);
+        }
+        (std::make_integer_sequence<int, 32>());
     }
     // The constant whose bytes i and 16 + i are at(i).
     template <class At>

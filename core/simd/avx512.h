@@ -7,6 +7,7 @@
 
 #include "core/rows.h"
 #include "core/simd/memory.h"
+#include "core/simd/weights.h"
 
 namespace pxb::PXB_TARGET {
 
@@ -125,6 +126,20 @@ struct Avx512 : Avx512Register {
         const __m512i zero = _mm512_setzero_si512();
         return {ZipLow8(zero, a.all), ZipHigh8(zero, a.all)};
     }
+    template <int kBytes, int kPart>
+    static PXB_INLINE Weights LoadWeights(const Byte* src) {
+        if constexpr (kBytes == 1) return WeightsOf(Load(src));
+        const __m512i all = LoadAll(src);
+        return {PickOrZero<WeightOrder<kBytes, kPart, 0, 64>>(all),
+                PickOrZero<WeightOrder<kBytes, kPart, 1, 64>>(all)};
+    }
+    template <int kPart>
+    static PXB_INLINE Weights LoadWeightsOfX(const Byte* src) {
+        const __m512i all = LoadAll(src + 64 * kPart);
+        const auto low = [](int i) PXB_INLINE_LAMBDA { return WeightOfXOrder<0>::At(i % 16); };
+        const auto high = [](int i) PXB_INLINE_LAMBDA { return WeightOfXOrder<1>::At(i % 16); };
+        return {_mm512_shuffle_epi8(all, Indices(low)), _mm512_shuffle_epi8(all, Indices(high))};
+    }
     // (b - a) 256 w / 2^16, of which the low byte, added modulo 2^8, is exact: a negative difference
     // counts as 2^16 more, which makes the quotient 256 w more.
     static PXB_INLINE Bytes Lerp(Bytes a, Bytes b, Weights w) {
@@ -183,6 +198,13 @@ struct Avx512 : Avx512Register {
     template <class At>
     static PXB_INLINE __m512i Pick(__m512i a, __m512i b, At at) {
         return _mm512_permutex2var_epi8(a, Indices(at), b);
+    }
+    // Byte i of the result is byte Order::At(i) of a, or 0 where that is negative.
+    template <class Order>
+    static PXB_INLINE __m512i PickOrZero(__m512i a) {
+        const auto at = [](int i) PXB_INLINE_LAMBDA { return Order::At(i); };
+        const __mmask64 kept = Mask([=](int i) PXB_INLINE_LAMBDA { return at(i) >= 0; });
+        return _mm512_maskz_permutexvar_epi8(kept, Indices(at), a);
     }
     // The first half picked from quarters 0 and 1, the second one from 2 and 3.
     template <class At>

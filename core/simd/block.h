@@ -16,7 +16,9 @@ struct Block : R {
     struct Pixels {
         Register quarter[4];  // kPixels / 4 pixels each
     };
-    using Weights = Bytes;
+    struct Weights {
+        Register even, odd;  // words
+    };
 
     static PXB_INLINE Bytes Load(const Byte* src) { return {R::LoadAll(src)}; }
     static PXB_INLINE Bytes LoadEvens(const Byte* src) {
@@ -46,11 +48,9 @@ struct Block : R {
         R::StoreAll(dst + kPixels, R::ZipHigh8(a.all, b.all));
     }
     static PXB_INLINE void StoreBgr(Byte* dst, const Pixels& a) {
-        const Register p = R::Squeeze(a.quarter[0]), q = R::Squeeze(a.quarter[1]),
-                       r = R::Squeeze(a.quarter[2]), s = R::Squeeze(a.quarter[3]);
-        R::StoreAll(dst, R::Or(p, Up<3>(q)));
-        R::StoreAll(dst + kPixels, R::Or(Down<1>(q), Up<2>(r)));
-        R::StoreAll(dst + 2 * kPixels, R::Or(Down<2>(r), Up<1>(s)));
+        R::StoreAll(dst, Squeeze<0>(a));
+        R::StoreAll(dst + kPixels, Squeeze<1>(a));
+        R::StoreAll(dst + 2 * kPixels, Squeeze<2>(a));
     }
     static PXB_INLINE void StoreBgrx(Byte* dst, const Pixels& a) {
         for (int i = 0; i < 4; ++i) R::StoreAll(dst + i * kPixels, a.quarter[i]);
@@ -66,13 +66,31 @@ struct Block : R {
         return {R::PackBytes(HighBytes(a.all), HighBytes(b.all))};
     }
     static PXB_INLINE Bytes Average(Bytes a, Bytes b) { return {R::Average(a.all, b.all)}; }
-    static PXB_INLINE Weights WeightsOf(Bytes a) { return a; }
+    static PXB_INLINE Weights WeightsOf(Bytes a) { return {R::LowBytes(a.all), HighBytes(a.all)}; }
+    template <int kBytes, int kPart>
+    static PXB_INLINE Weights LoadWeights(const Byte* src) {
+        const Register all = R::LoadAll(src);
+        if constexpr (kBytes == 1) return WeightsOf({all});
+        if constexpr (kBytes == 2) {
+            const Register both =
+                kPart == 0 ? R::ZipLow8(all, R::Zero()) : R::ZipHigh8(all, R::Zero());
+            return {both, both};
+        }
+        if constexpr (kBytes == 3)
+            return WeightsOf({Squeeze<kPart>(Interleave({all}, {all}, {all}))});
+        if constexpr (kBytes == 4) {
+            const Pixels pixels = Interleave({all}, {R::Zero()}, {all});
+            return WithoutX(pixels.quarter[kPart]);
+        }
+    }
+    template <int kPart>
+    static PXB_INLINE Weights LoadWeightsOfX(const Byte* src) {
+        return WithoutX(HighBytes(R::OddsTwice16(R::LoadAll(src + kPart * kPixels))));
+    }
     // w (b - a) modulo 2^16 of even and of odd bytes; the high byte of it, added modulo 2^8, is exact.
     static PXB_INLINE Bytes Lerp(Bytes a, Bytes b, Weights w) {
-        const Register even =
-            R::Mul16(R::Sub16(R::LowBytes(b.all), R::LowBytes(a.all)), R::LowBytes(w.all));
-        const Register odd =
-            R::Mul16(R::Sub16(HighBytes(b.all), HighBytes(a.all)), HighBytes(w.all));
+        const Register even = R::Mul16(R::Sub16(R::LowBytes(b.all), R::LowBytes(a.all)), w.even);
+        const Register odd = R::Mul16(R::Sub16(HighBytes(b.all), HighBytes(a.all)), w.odd);
         return {R::Add8(a.all, R::Or(HighBytes(even), R::And(odd, R::Set16(0xFF00))))};
     }
     template <int kByte>
@@ -102,9 +120,19 @@ struct Block : R {
     }
 
   private:
+    // Of words w w for each pixel: the second odd byte of a pixel is X.
+    static PXB_INLINE Weights WithoutX(Register twice) {
+        return {twice, R::And(twice, R::Set32(0xFFFF))};
+    }
+    // Register k of the pixels without X. They come from quarters k and k + 1.
+    template <int k>
+    static PXB_INLINE Register Squeeze(const Pixels& a) {
+        return R::Or(Down<k>(R::Squeeze(a.quarter[k])), Up<3 - k>(R::Squeeze(a.quarter[k + 1])));
+    }
     // By quarters of the register.
     template <int kQuarters>
     static PXB_INLINE Register Down(Register a) {
+        if (kQuarters == 0) return a;
         return R::template ShiftDown<kQuarters * kPixels / 4>(a);
     }
     template <int kQuarters>

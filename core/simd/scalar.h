@@ -71,6 +71,14 @@ struct Scalar {
         return bytes;
     }
     static PXB_INLINE Weights WeightsOf(const Bytes& a) { return a; }
+    template <int kBytes, int kPart>
+    static PXB_INLINE Weights LoadWeights(const Byte* src) {
+        return WeightsOfPart<kBytes, kPart>(src, 1);
+    }
+    template <int kPart>
+    static PXB_INLINE Weights LoadWeightsOfX(const Byte* src) {
+        return WeightsOfPart<4, kPart>(src + 3, 4);
+    }
     static PXB_INLINE Bytes Lerp(const Bytes& a, const Bytes& b, const Weights& w) {
         Bytes bytes;
         for (int i = 0; i < kCount; ++i)
@@ -86,6 +94,16 @@ struct Scalar {
     static PXB_INLINE void Leave() {}
 
   private:
+    // The weight of pixel i is src[i * step].
+    template <int kBytes, int kPart>
+    static PXB_INLINE Weights WeightsOfPart(const Byte* src, int step) {
+        Weights weights;
+        for (int i = 0; i < kCount; ++i) {
+            const int byte = kPart * kCount + i;
+            weights.at[i] = byte % 4 == 3 && kBytes == 4 ? 0 : src[byte / kBytes * step];
+        }
+        return weights;
+    }
     template <int kBytes>
     static PXB_INLINE Pixels LoadPixels(const Byte* src) {
         Pixels pixels = {};

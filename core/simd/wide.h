@@ -20,6 +20,9 @@
 // Evens(a, b) Odds(a, b)     every second byte of both
 // Average                    (a + b + 1) / 2 of bytes
 // WeightsOf(bytes)           each byte as a weight
+// LoadWeights<n, part>       of kPixels bytes, each for the n bytes of a pixel (n = 4: the fourth gets
+//                            0); those for bytes part * kPixels and on
+// LoadWeightsOfX<part>       the same of pixels B G R X, whose X is the weight
 // Lerp(a, b, weights)        ((256 - w) a + w b) >> 8 of bytes, as a + floor(w (b - a) / 256)
 // TakeByte<k>                byte k of each lane of Pixels
 // kStreams                   whether its stores go around the caches, see memory.h

@@ -93,7 +93,7 @@ TEST(AlphaBlend, WorkedValues) {
 }
 
 class AlphaBlendOf : public testing::TestWithParam<Job> {};
-INSTANTIATE_TEST_SUITE_P(, AlphaBlendOf, testing::ValuesIn(kJobs),
+INSTANTIATE_TEST_SUITE_P(, AlphaBlendOf, testing::ValuesIn(kJobs, kJobs + 5),
                          [](const auto& job) { return std::to_string(job.index); });
 
 // All samples of pixel p, of 2^16, are p % 256 and p / 256; 4:2:0: those of a block of four pixels,

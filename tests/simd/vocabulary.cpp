@@ -58,6 +58,28 @@ void CheckTakeByte(const Comparison& compare) {
     });
 }
 
+template <int kBytes, int... kPart>
+void CheckLoadWeights(const Comparison& compare) {
+    compare("LoadWeights", []<class V>(const Bench& on, int x) {
+        const auto lerp = [&]<int k>(int at) {
+            V::Store(on.out + at, V::Lerp(V::Load(on.a + at), V::Load(on.b + at),
+                                          V::template LoadWeights<kBytes, k>(on.c + x)));
+        };
+        (lerp.template operator()<kPart>(kBytes * x + kPart * V::kPixels), ...);
+    });
+}
+
+template <int... kPart>
+void CheckLoadWeightsOfX(const Comparison& compare) {
+    compare("LoadWeightsOfX", []<class V>(const Bench& on, int x) {
+        const auto lerp = [&]<int k>(int at) {
+            V::Store(on.out + at, V::Lerp(V::Load(on.a + at), V::Load(on.b + at),
+                                          V::template LoadWeightsOfX<k>(on.c + 4 * x)));
+        };
+        (lerp.template operator()<kPart>(4 * x + kPart * V::kPixels), ...);
+    });
+}
+
 void CheckBytesAndPixels(const Comparison& compare) {
     compare("Load, Store",
             []<class V>(const Bench& on, int x) { V::Store(on.out + x, V::Load(on.a + x)); });
@@ -94,6 +116,11 @@ void CheckBytesAndPixels(const Comparison& compare) {
         V::Store(on.out + x,
                  V::Lerp(V::Load(on.a + x), V::Load(on.b + x), V::WeightsOf(V::Load(on.c + x))));
     });
+    CheckLoadWeights<1, 0>(compare);
+    CheckLoadWeights<2, 0, 1>(compare);
+    CheckLoadWeights<3, 0, 1, 2>(compare);
+    CheckLoadWeights<4, 0, 1, 2, 3>(compare);
+    CheckLoadWeightsOfX<0, 1, 2, 3>(compare);
     CheckTakeByte<0>(compare), CheckTakeByte<1>(compare);
     CheckTakeByte<2>(compare), CheckTakeByte<3>(compare);
 }
