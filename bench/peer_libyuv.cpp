@@ -4,6 +4,7 @@
 #include <tuple>
 #include <utility>
 
+#include "bench/blend_rows.h"
 #include "bench/peers.h"
 #include "core/studio_color.h"
 
@@ -131,6 +132,47 @@ PeerWork PrepareLibyuv(const Row& row, Scene& scene) {
             entry.destination == PlanarAsI420(row.destination))
             return {[run = entry.run, &scene] { run(scene); }, entry.calls};
     return {};
+}
+
+// ---- Blending ----
+
+PeerWork BlendOwnAlphaByLibyuv(Scene& scene) {
+    const Frame& dst = scene.dst;
+    return {[src = Premultiplied(scene), &dst] {
+        libyuv::ARGBBlend(src->data[0], src->stride[0], dst.data[0], dst.stride[0], dst.data[0],
+                          dst.stride[0], dst.width(), dst.height());
+    }};
+}
+
+// Its blend of planes wants an alpha for each byte.
+PeerWork BlendBytesByLibyuv(Scene& scene) {
+    const ImageBuffer mask = MaskOf(scene);
+    auto repeated = std::make_shared<Frame>(PXB_RGB32, mask.width, mask.height, 0);
+    return {[mask, repeated, &scene] {
+                std::uint8_t *const all = repeated->data[0], *const m = mask.data;
+                const int stride = scene.dst.stride[0], w = mask.width, h = mask.height;
+                static const std::vector<std::uint8_t> kZeros(1 << 14);  // one row, again and again
+                if (stride == 2 * w)
+                    libyuv::MergeUVPlane(m, w, m, w, all, stride, w, h);
+                else if (stride == 3 * w)
+                    libyuv::MergeRGBPlane(m, w, m, w, m, w, all, stride, w, h);
+                else
+                    libyuv::MergeARGBPlane(m, w, m, w, m, w, kZeros.data(), 0, all, stride, w, h);
+                libyuv::BlendPlane(scene.src.data[0], scene.src.stride[0], scene.dst.data[0],
+                                   stride, all, stride, scene.dst.data[0], stride, stride, h);
+            },
+            2};
+}
+
+PeerWork BlendI420ByLibyuv(Scene& scene) {
+    const Frame &src = scene.src, &dst = scene.dst;
+    return {[mask = MaskOf(scene), &src, &dst] {
+        libyuv::I420Blend(src.data[0], src.stride[0], src.data[1], src.stride[1], src.data[2],
+                          src.stride[2], dst.data[0], dst.stride[0], dst.data[1], dst.stride[1],
+                          dst.data[2], dst.stride[2], mask.data, mask.stride, dst.data[0],
+                          dst.stride[0], dst.data[1], dst.stride[1], dst.data[2], dst.stride[2],
+                          dst.width(), dst.height());
+    }};
 }
 
 }  // namespace pxb::bench

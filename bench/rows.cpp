@@ -1,6 +1,8 @@
 // The rows: every supported pair, the channels and the fills.
 #include "bench/rows.h"
 
+#include "bench/blend_rows.h"
+
 namespace pxb::bench {
 namespace {
 
@@ -70,7 +72,7 @@ double Target::At(int width, int height) const {
 std::span<const Row> Rows() {
     static const std::vector<Row> rows = [] {
         std::vector<Row> all;
-        for (const std::span<const Row> family : {std::span<const Row>(kRows)})
+        for (const std::span<const Row> family : {std::span<const Row>(kRows), BlendRows()})
             all.insert(all.end(), family.begin(), family.end());
         return all;
     }();

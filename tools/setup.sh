@@ -14,7 +14,8 @@ packages_test=(
     nlohmann-json3-dev)                 # the benchmark, without its peers
 packages_format=(clang-format)
 packages_bench=(
-    libyuv-dev libswscale-dev libavutil-dev libopencv-core-dev libopencv-imgproc-dev)
+    libyuv-dev libpixman-1-dev libswscale-dev libavutil-dev
+    libopencv-core-dev libopencv-imgproc-dev)
 
 wanted=()
 for group; do
