@@ -36,7 +36,7 @@ expect "$(wc -c <card.i420)" $((3 * (101 * 75 + 2 * 51 * 38)))
 pxb convert card.i420 back.bmp --size 101x75 && cmp card.bmp back.bmp || fail "raw frames"
 expect "$(pxb info card.y4m | grep -c '^frames      3, 25 a second')" 1
 pxb --version | grep -qE '^pxb [0-9.]+.?$' || fail "--version"
-for command in "" testcard info convert channel; do
+for command in "" testcard info convert channel blend; do
     pxb $command --help | grep -q "^Usage: pxb" || fail "$command --help"
 done
 
@@ -48,6 +48,8 @@ refused "--size: 65536x65536x2" testcard out.y4m --size 65536x65536x2
 refused "size: 65536x65536" testcard out.y4m --size 65536x65536
 refused "--format: YUV9" info card.i420 --size 4x4 --format YUV9
 refused "--channel" channel card.bmp out.bmp --channel 6
+refused "--at: 7" blend card.y4m card.bmp out.y4m --at 7
+refused "card.bmp: format: RGB24: has no alpha" blend card.y4m card.bmp out.y4m
 refused "--frames: 3" testcard out.bmp --frames 3
 refused "absent file.y4m: open" info $'absent\nfile.y4m'
 

@@ -141,6 +141,9 @@ TEST(Geometry, SizesAndRectanglesAreReadAndChecked) {
     for (const char* text :
          {"", "1,2,3", "1,2,3,", "1,2,3,4,5", "1,2,3,-4", "1,2,3,2147483648", "1,2,,3", "a,2,3,4"})
         EXPECT_EQ(MessageOf([&] { ParseRect("--rect", text); }).find("--rect: "), 0u) << text;
+    EXPECT_EQ(ToString(ParsePoint("--at", "7,0")), "7,0");
+    for (const char* text : {"", "7", "7,", ",7", "7,8,9", "-1,0"})
+        EXPECT_EQ(MessageOf([&] { ParsePoint("--at", text); }).find("--at: "), 0u) << text;
     for (const char* text : {"", "7", "x7", "7x", "0x1", "1x-1", "7x7x7"})
         EXPECT_EQ(MessageOf([&] { ParseSize("--size", text); }).find("--size: "), 0u) << text;
 

@@ -3,6 +3,7 @@
 
 #include "convert.h"
 #include "error.h"
+#include "overlay.h"
 #include "testcard.h"
 
 namespace pxb::tool {
@@ -117,6 +118,17 @@ void ExtractChannel(const InputOptions& from, const OutputOptions& to, int chann
     ForFrames(from, writer,
               [&](const std::string& file, const Video& video, const Picture& picture) {
                   writer.Write(video, GetChannel(file, picture, channel));
+              });
+    writer.Commit();
+}
+
+void BlendOver(const InputOptions& background, const OverlayOptions& options,
+               const OutputOptions& to) {
+    FrameWriter writer(to);
+    Overlay overlay(options);
+    ForFrames(background, writer,
+              [&](const std::string& file, const Video& video, const Picture& picture) {
+                  writer.WriteConverted(file, video, overlay.Over(file, picture));
               });
     writer.Commit();
 }

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "file_types.h"
+#include "geometry.h"
 
 namespace pxb::tool {
 
@@ -20,9 +21,19 @@ struct InputOptions {
     std::optional<std::int64_t> frame;  // this one alone
 };
 
+// A picture to be blended over others.
+struct OverlayOptions {
+    std::string path;
+    std::string alpha_path;    // of its alpha, a grey picture; empty: its own alpha
+    Point at = {};             // where its top left pixel goes
+    std::optional<Rect> part;  // of it; otherwise all
+};
+
 void PaintTestCards(const OutputOptions& to, Size size, int frames);
 std::string Describe(const InputOptions& from);
 void ConvertFile(const InputOptions& from, const OutputOptions& to);
 void ExtractChannel(const InputOptions& from, const OutputOptions& to, int channel);
+void BlendOver(const InputOptions& background, const OverlayOptions& overlay,
+               const OutputOptions& to);
 
 }  // namespace pxb::tool

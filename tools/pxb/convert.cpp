@@ -66,4 +66,15 @@ Picture GetChannel(std::string_view file, const Picture& picture, int channel) {
     return target;
 }
 
+void Blend(std::string_view file, Picture& picture, const Picture& overlay, const Picture* mask,
+           Point at, const Rect& part) {
+    const Rect to = {at.x, at.y, at.x + part.right - part.left, at.y + part.bottom - part.top};
+    const std::int32_t result = PxbAlphaBlend(&picture.image(), &overlay.image(),
+                                              mask ? &mask->image() : nullptr, &to, &part);
+    if (result != PXB_SUCCESS)
+        throw Error(file, "blending", FormatName(picture.format()),
+                    "the library answers " + ResultName(result));
+    RepeatEdges(picture);
+}
+
 }  // namespace pxb::tool

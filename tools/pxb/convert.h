@@ -1,7 +1,8 @@
-// The library's conversions, one call a picture, with answers that people understand.
+// The library's operations, one call a picture, with answers that people understand.
 #pragma once
 #include <string_view>
 
+#include "geometry.h"
 #include "picture.h"
 
 namespace pxb::tool {
@@ -14,5 +15,9 @@ Picture Convert(std::string_view file, const Picture& picture, PixelFormat to);
 
 // One channel as grey, by one call of PxbChannelGet.
 Picture GetChannel(std::string_view file, const Picture& picture, int channel);
+
+// Blends `part` of `overlay` over `picture`, which has the same format, from the pixel `at` on, by one call of PxbAlphaBlend. `mask` may be null for RGB32.
+void Blend(std::string_view file, Picture& picture, const Picture& overlay, const Picture* mask,
+           Point at, const Rect& part);
 
 }  // namespace pxb::tool

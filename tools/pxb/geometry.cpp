@@ -1,5 +1,6 @@
 #include "geometry.h"
 
+#include <array>
 #include <cstdint>
 #include <optional>
 
@@ -7,6 +8,25 @@
 #include "numbers.h"
 
 namespace pxb::tool {
+namespace {
+
+// Separated by commas.
+template <std::size_t kCount>
+std::optional<std::array<std::int32_t, kCount>> ParseNumbers(std::string_view text) {
+    std::array<std::int32_t, kCount> numbers;
+    for (std::size_t i = 0; i < kCount; ++i) {
+        const bool last = i + 1 == kCount;
+        const std::size_t end = last ? text.size() : text.find(',');
+        if (end == std::string_view::npos) return std::nullopt;
+        const auto number = ParseNumber(text.substr(0, end), 0, INT32_MAX);
+        if (!number) return std::nullopt;
+        numbers[i] = *number;
+        if (!last) text.remove_prefix(end + 1);
+    }
+    return numbers;
+}
+
+}  // namespace
 
 Size ParseSize(std::string_view option, std::string_view text) {
     const std::size_t cross = text.find_first_of("xX");
@@ -19,22 +39,18 @@ Size ParseSize(std::string_view option, std::string_view text) {
 }
 
 Rect ParseRect(std::string_view option, std::string_view text) {
-    constexpr int kEdges = 4;
-    std::int32_t edges[kEdges];
-    std::string_view rest = text;
-    for (int i = 0; i < kEdges; ++i) {
-        const bool last = i == kEdges - 1;
-        const std::size_t end = last ? rest.size() : rest.find(',');
-        const auto edge = end == std::string_view::npos
-                              ? std::nullopt
-                              : ParseNumber(rest.substr(0, end), 0, INT32_MAX);
-        if (!edge)
-            throw Error("", option, text,
-                        "should be L,T,R,B, four numbers from 0 on, such as 0,0,640,480");
-        edges[i] = *edge;
-        if (!last) rest.remove_prefix(end + 1);
-    }
-    return {edges[0], edges[1], edges[2], edges[3]};
+    const auto edges = ParseNumbers<4>(text);
+    if (edges) return {(*edges)[0], (*edges)[1], (*edges)[2], (*edges)[3]};
+    throw Error("", option, text, "should be L,T,R,B, four numbers from 0 on, such as 0,0,640,480");
+}
+
+Point ParsePoint(std::string_view option, std::string_view text) {
+    if (const auto numbers = ParseNumbers<2>(text)) return {(*numbers)[0], (*numbers)[1]};
+    throw Error("", option, text, "should be X,Y, two numbers from 0 on, such as 16,16");
+}
+
+std::string ToString(Point point) {
+    return std::to_string(point.x) + "," + std::to_string(point.y);
 }
 
 std::string ToString(const Rect& rect) {

@@ -28,7 +28,8 @@ Examples:
   pxb info card.y4m                              its format, planes and strides
   pxb convert shot.yuy2 shot.png --size 600x400  raw frames need their size
   pxb convert photo.png - --type bmp --to RGB32 | pxb convert - photo.nv12
-  pxb channel photo.png grey.png --channel 1     one channel as a grey picture)";
+  pxb channel photo.png grey.png --channel 1     one channel as a grey picture
+  pxb blend card.y4m logo.png out.y4m --at 16,16 a logo over every frame)";
 
 constexpr char kAboutFiles[] =
     R"(Pixel formats by code: 1 RGB24 (bytes B G R), 2 RGB32 (B G R X), 3 YV12 (planes Y V U),
@@ -58,11 +59,12 @@ PixelFormat ParseFormat(std::string_view option, const std::string& text) {
 // The program's options as text, shared by the commands; each command offers some of them.
 struct Arguments {
     std::string input, output, size, format, to, type;
+    std::string overlay, alpha, at = "0,0", from_rect;
     std::optional<std::int64_t> frame;
     int frames = 1, channel = 0;
 
-    void AddInput(CLI::App& command) {
-        command.add_option("IN", input, "file to read, or -")->required();
+    void AddInput(CLI::App& command, const std::string& name = "IN") {
+        command.add_option(name, input, "file to read, or -")->required();
         command.add_option("--size", size, "raw frames: their size")->type_name("WxH");
         command.add_option("--format", format, "raw frames: their format")->type_name("NAME");
     }
@@ -83,6 +85,11 @@ struct Arguments {
         InputOptions options{input, {}, frame};
         if (!size.empty()) options.layout.size = ParseSize("--size", size);
         if (!format.empty()) options.layout.format = ParseFormat("--format", format);
+        return options;
+    }
+    OverlayOptions Overlay() const {
+        OverlayOptions options{overlay, alpha, ParsePoint("--at", at), {}};
+        if (!from_rect.empty()) options.part = ParseRect("--from-rect", from_rect);
         return options;
     }
     OutputOptions Output() const {
@@ -136,6 +143,21 @@ void Run(int argc, char** argv) {
     arguments.AddFrame(channel);
     channel.footer(kAboutFiles);
 
+    CLI::App& blend = *app.add_subcommand("blend", "Blend a picture over all frames of a file");
+    arguments.AddInput(blend, "BACKGROUND");
+    blend.add_option("OVERLAY", arguments.overlay, "picture to lay over them, or -")->required();
+    arguments.AddOutput(blend);
+    blend
+        .add_option("--alpha", arguments.alpha, "grey picture, the alpha of OVERLAY; else its own")
+        ->type_name("MASK");
+    blend.add_option("--at", arguments.at, "where the top left pixel goes; else 0,0")
+        ->type_name("X,Y");
+    blend.add_option("--from-rect", arguments.from_rect, "this part of OVERLAY alone")
+        ->type_name("L,T,R,B");
+    arguments.AddTo(blend, "else that of BACKGROUND if OUT can hold it, else I420 or RGB24");
+    arguments.AddFrame(blend);
+    blend.footer(kAboutFiles);
+
     app.footer(kExamples);  // last: commands would inherit it
 
     try {
@@ -153,6 +175,7 @@ void Run(int argc, char** argv) {
                        arguments.frames);
     if (info.parsed()) Print(Describe(arguments.Input()));
     if (convert.parsed()) ConvertFile(arguments.Input(), arguments.Output());
+    if (blend.parsed()) BlendOver(arguments.Input(), arguments.Overlay(), arguments.Output());
     if (channel.parsed()) ExtractChannel(arguments.Input(), arguments.Output(), arguments.channel);
 }
 

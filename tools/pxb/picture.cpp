@@ -50,6 +50,16 @@ Picture::~Picture() {
     PxbDelete(&image_);
 }
 
+Picture CopyOf(std::string_view file, const Picture& picture) {
+    Picture copy(file, picture.format(), picture.size());
+    const Size in_memory = {picture.image().width, picture.image().height};
+    for (const Plane& plane : PlanesOf(picture.image(), in_memory))
+        for (std::int64_t y = 0; y < plane.rows; ++y)
+            std::memcpy(copy.Row(plane, y), picture.Row(plane, y),
+                        static_cast<std::size_t>(plane.row_bytes));
+    return copy;
+}
+
 void RepeatEdges(Picture& picture) {
     const Size size = picture.size();
     for (const Plane& plane : picture.Planes()) {

@@ -41,6 +41,8 @@ class Picture {
 // once the visible part is complete.
 void RepeatEdges(Picture& picture);
 
+Picture CopyOf(std::string_view file, const Picture& picture);
+
 // Throws what the constructor would throw, for readers that know the size before they allocate.
 void CheckSize(std::string_view file, PixelFormat format, Size size);
 
