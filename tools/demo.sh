@@ -25,8 +25,40 @@ run testcard odd.y4m --size 333x251
 run convert odd.y4m odd.png
 run info card.y4m >info.txt
 
+# A logo with soft edges, B G R and alpha: a ring of changing colour around a white disc.
+perl -e '
+    for my $y (0 .. 239) { for my $x (0 .. 239) {
+        my ($dx, $dy) = ($x - 119.5, $y - 119.5);
+        my $r = sqrt($dx * $dx + $dy * $dy);
+        my $alpha = (118 - $r) * 255 / 40;
+        my $seen = $alpha < 0 ? 0 : $alpha > 255 ? 255 : $alpha;
+        my @color = $r < 48 ? (255, 255, 255) : (255 - $x, $y, 128 + ($x - $y) / 2);
+        print pack "C4", @color, $seen;
+    } }' >logo.rgb32
+run convert logo.rgb32 logo.png --size 240x240
+for format in RGB24 RGB32 YUY2 YV12 I420; do
+    file=card.$(tr '[:upper:]' '[:lower:]' <<<$format)
+    run convert card.y4m "$file"
+    run blend "$file" logo.png blend_$format.png --size ${width}x$height --at 264,168
+done
+run channel logo.png logo_alpha.png --channel 1
+
+# White over black through alpha 0 to 255, 2 pixels each.
+perl -e 'print "P2 512 48 255\n", join " ", map { int($_ % 512 / 2) } 0 .. 512 * 48 - 1' >ramp.pgm
+perl -e 'print "P3 512 48 255\n", "255 " x (3 * 512 * 48)' >white.ppm
+perl -e 'print "P3 512 48 255\n", "0 " x (3 * 512 * 48)' >black.ppm
+run blend black.ppm white.ppm ramp.png --alpha ramp.pgm
+"$pxb" convert ramp.png ramp.rgb24
+sums() {  # what alpha $1... gives
+    local alpha
+    for alpha; do
+        printf 'alpha %3d gives %3d\n' "$alpha" \
+            "$(od -An -tu1 -j $((alpha * 6)) -N 1 ramp.rgb24)"
+    done
+}
+sums 0 1 2 64 128 192 254 255 >ramp.txt
+
 # The planes follow one another in a raw frame: Y, then U and V of half the width and height.
-run convert card.y4m card.i420
 luma=$((width * height)) chroma=$((width * height / 4))
 half_width=$((width / 2)) half_height=$((height / 2))
 head -c $luma card.i420 >y.raw
@@ -95,6 +127,25 @@ $(figure green.png "Green, channel 3")
 $(figure blue.png "Blue, channel 4")
 $(figure grey.png "Grey, channel 1 of RGB24")
 </div>
+
+<h2>A logo over the card</h2>
+<p>PxbAlphaBlend lays a picture over another of the same format. The logo's alpha fades over its
+outer 40 pixels; each picture below was blended in its own format. YUY2 and I420 keep chroma for
+pairs or blocks of pixels, which shows only where colours meet sharply.</p>
+<div class="row channels">
+$(figure logo_alpha.png "The logo's alpha: white is seen, black is not")
+$(figure blend_RGB24.png "RGB24, alpha in a plane")
+$(figure blend_RGB32.png "RGB32, alpha in the fourth byte of each pixel")
+$(figure blend_YUY2.png "YUY2, alpha in a plane")
+$(figure blend_YV12.png "YV12, alpha in a plane")
+$(figure blend_I420.png "I420: chroma takes the alpha of the top left of four pixels")
+</div>
+<h2>254 for alpha 255</h2>
+<p>White over black, alpha 0 to 255 from left to right. A sample d under s becomes ((256 - alpha) d
++ alpha s) &gt;&gt; 8: the weights add up to 256, so that alpha 0 changes nothing and a shift
+divides. 255 is then not quite all, and white ends at 254. Programs depend on these bytes.</p>
+$(figure ramp.png "Every alpha, 2 pixels wide")
+<pre>$(cat ramp.txt)</pre>
 
 <h2>Odd sizes</h2>
 <p>4:2:0 frames hold whole blocks. The tool pads a picture of odd size by repeating its last column
