@@ -85,8 +85,8 @@
  *
  * This version
  *
- * It does not have PxbResize, PxbResizeEx, PxbRotate, PxbFliphorizontal and PxbFlipvertical yet:
- * they are declared below, but a program that calls one does not link.
+ * It does not have PxbResize, PxbResizeEx and PxbRotate yet: they are declared below, but a program
+ * that calls one does not link.
  *
  * Results
  *
@@ -334,13 +334,26 @@ PXB_API int32_t PXB_CALL PxbResizeEx(ImageBuffer* dst, const ImageBuffer* src, c
  * PXB_SUCCESS       otherwise */
 PXB_API int32_t PXB_CALL PxbRotate(ImageBuffer* dst, const ImageBuffer* src, int32_t angle);
 
-/* Mirrors the rectangle `rect` of `image` left to right, in place. `rect` may be null. RGB8 images
- * stay as they are, with result 0: callers depend on it. A YUY2 rectangle must have even
- * coordinates.
+/* Mirrors the rectangle `rect` of `image` left to right, in place. `rect` may be null. Pixels
+ * outside it and padding keep their bytes.
+ *
+ * RGB24, RGB32   whole pixels move, the fourth byte with them
+ * YUY2           the coordinates of `rect` must be even. Each group Y0 U Y1 V moves with its chroma,
+ *                and its two samples of luma change places; but where the number of groups is odd,
+ *                the middle one stays as it is
+ * YV12, I420     luma as it is; in each chroma plane (right - left) / 4 samples from column left / 2
+ *                on change places with those before column right / 2, in (bottom - top) / 2 rows
+ *                from top / 2 on. So give even coordinates, lest chroma moves against luma. The
+ *                second chroma plane is taken to lie (height / 2) * (stride / 2) bytes after the
+ *                first, which is elsewhere than usual where stride or height is odd
+ * RGB8           nothing moves, and the result is 0: callers depend on it
+ *
+ * Mirroring twice restores the image.
  *
  * Companions: `image->alpha`, if not null, is mirrored with the same rectangle after any result of
  * the format (unsupported and unknown formats included), and its result is the result of the call;
- * not after an empty or bad rectangle, null `data` or odd YUY2 coordinates.
+ * not after an empty or bad rectangle, null `data` or odd YUY2 coordinates. An RGB8 companion so
+ * keeps its pixels while those of its owner move.
  *
  * PXB_BAD_ARGUMENT  `rect` does not lie in the image
  * PXB_SUCCESS       `rect` is empty
@@ -350,10 +363,16 @@ PXB_API int32_t PXB_CALL PxbRotate(ImageBuffer* dst, const ImageBuffer* src, int
  * PXB_SUCCESS       otherwise */
 PXB_API int32_t PXB_CALL PxbFliphorizontal(ImageBuffer* image, const Rect* rect);
 
-/* Mirrors the rectangle `rect` of `image` top to bottom, in place. `rect` may be null. Bytes per
- * pixel of interleaved formats are `bitsPerPixel` / 8, whatever the format.
+/* Mirrors the rectangle `rect` of `image` top to bottom, in place. `rect` may be null, and may have
+ * any coordinates. Rows move as wholes, and what lies outside stays.
  *
- * Companions: as PxbFliphorizontal.
+ * Interleaved formats and YUV422: pixels of `bitsPerPixel` / 8 bytes, whatever the format; a record
+ * that the caller filled must have it right. YV12 and I420: luma as it is; in each chroma plane
+ * (right - left) / 2 samples from column left / 2 on, in (bottom - top) / 2 rows from top / 2 on,
+ * where the second plane lies stride * height / 4 bytes after the first. Mirroring twice restores
+ * the image, unless its rows overlap.
+ *
+ * Companions: as PxbFliphorizontal; RGB8 companions are mirrored with their owners.
  *
  * PXB_BAD_ARGUMENT  `rect` does not lie in the image
  * PXB_SUCCESS       `rect` is empty

@@ -61,6 +61,19 @@ void Blend() {
         }
 }
 
+void Mirror() {
+    constexpr Rect kRect = {2, 0, 208, 4};
+    for (int format = PXB_RGB24; format <= PXB_YUV422; ++format) {
+        SCOPED_TRACE(kFormatNames[format]);
+        Image image(format, {210, 6}, 1);
+        image.record.bitsPerPixel = 8 * BytesPerPixel(format);
+        EXPECT_EQ(PXB_CALL_OLD(PxbFliphorizontal, &image.record, &kRect),
+                  format == PXB_YUV422 ? PXB_UNSUPPORTED : PXB_SUCCESS);
+        EXPECT_EQ(PXB_CALL_OLD(PxbFlipvertical, &image.record, nullptr), PXB_SUCCESS);
+        EXPECT_TRUE(image.HasChanged());
+    }
+}
+
 void MakeAndFill() {
     for (int format = 1; format <= kFormats; ++format) {
         SCOPED_TRACE(kFormatNames[format]);
@@ -95,6 +108,7 @@ TEST(OldCallers, CanCallEveryExportInEveryVariant) {
             Convert();
             TakeChannels();
             Blend();
+            Mirror();
             MakeAndFill();
             Locate();
         }

@@ -1,0 +1,272 @@
+// Both mirrors, against moves of single pixels that are written down from coordinates.
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "support/trial.h"
+#include "support/variants.h"
+
+namespace pxb::test {
+namespace {
+
+using Flip = int32_t(PXB_CALL*)(ImageBuffer*, const Rect*);
+
+constexpr int kPixelBytes[] = {0, 3, 4, 1, 2, 1, 1, 2};  // by format
+
+bool IsPlanar(int format) {
+    return format == PXB_YV12 || format == PXB_I420;
+}
+
+// Bytes that go from one offset from the data to another. Those that stay may be listed, too.
+struct Move {
+    Int to, from, bytes;
+};
+
+class Mirror {
+  public:
+    Mirror(Flip flip, const ImageBuffer& image, const Rect& r) {
+        const bool horizontal = flip == PxbFliphorizontal;
+        const Int bytes = kPixelBytes[image.format], stride = image.stride;
+        if (horizontal && image.format == PXB_RGB8) return;
+        if (!horizontal)
+            UpsideDown({0, stride, r.left * bytes, r.top, (r.right - r.left) * bytes, r.bottom});
+        else if (image.format == PXB_YUY2)
+            GroupsReversed(stride, r);
+        else
+            Reversed({0, stride, r.left, r.top, r.right - r.left, r.bottom}, bytes);
+        end_of_luma_ = moves.size();
+        if (!IsPlanar(image.format)) return;
+        const Int u = stride * image.height, top = r.top / 2, bottom = top + (r.bottom - r.top) / 2;
+        const Int v = u + (horizontal ? image.height / 2 * (stride / 2) : u / 4);
+        for (const Int plane : {u, v})
+            if (horizontal)
+                EndsExchanged(
+                    {plane, stride / 2, r.left / 2, top, r.right / 2 - r.left / 2, bottom},
+                    (r.right - r.left) / 4);
+            else
+                UpsideDown({plane, stride / 2, r.left / 2, top, (r.right - r.left) / 2, bottom});
+    }
+
+    Visited WhatIsVisited() const {
+        Visited visited;
+        for (std::size_t i = 0; i < moves.size(); ++i)
+            (i < end_of_luma_ ? visited.luma : visited.chroma).Add(moves[i].to, moves[i].bytes);
+        return visited;
+    }
+
+    void Apply(Byte* data) const {
+        const Span all = WhatIsVisited().All();
+        if (all.IsEmpty()) return;
+        const std::vector<Byte> before(data + all.first, data + all.end);
+        for (const Move& move : moves)
+            std::memcpy(data + move.to, before.data() + (move.from - all.first),
+                        static_cast<std::size_t>(move.bytes));
+    }
+
+    std::vector<Move> moves;
+
+  private:
+    struct Area {
+        Int plane, stride, left, top, width, bottom;
+        Int At(Int x, Int y, Int bytes = 1) const { return plane + y * stride + x * bytes; }
+    };
+    void UpsideDown(const Area& a) {
+        for (Int y = a.top; y < a.bottom; ++y)
+            moves.push_back({a.At(a.left, y), a.At(a.left, a.top + a.bottom - 1 - y), a.width});
+    }
+    void Reversed(const Area& a, Int bytes) {
+        for (Int y = a.top; y < a.bottom; ++y)
+            for (Int x = 0; x < a.width; ++x)
+                moves.push_back(
+                    {a.At(a.left + x, y, bytes), a.At(a.left + a.width - 1 - x, y, bytes), bytes});
+    }
+    void EndsExchanged(const Area& a, Int count) {
+        for (Int y = a.top; y < a.bottom; ++y)
+            for (Int x = 0; x < a.width; ++x) {
+                const bool moves_over = x < count || x >= a.width - count;
+                moves.push_back(
+                    {a.At(a.left + x, y), a.At(a.left + (moves_over ? a.width - 1 - x : x), y), 1});
+            }
+    }
+    void GroupsReversed(Int stride, const Rect& r) {
+        for (Int y = r.top; y < r.bottom; ++y)
+            for (Int x = r.left; x < r.right; x += 2) {
+                const Int to = y * stride + 2 * x,
+                          from = y * stride + 2 * (r.left + r.right - 2 - x);
+                const bool middle = to == from;
+                moves.push_back({to, middle ? to : from + 2, 1});
+                moves.push_back({to + 1, from + 1, 1});
+                moves.push_back({to + 2, middle ? to + 2 : from, 1});
+                moves.push_back({to + 3, from + 3, 1});
+            }
+    }
+
+    std::size_t end_of_luma_ = 0;
+};
+
+bool Handles(Flip flip, const ImageBuffer& image, const Rect& r) {
+    if (flip == PxbFlipvertical) return true;
+    if (image.format == PXB_YUY2) return (r.left | r.top | r.right | r.bottom) % 2 == 0;
+    return image.format != PXB_YUV422;
+}
+
+class FlipTrial : private Trial {
+  public:
+    // The record comes without data. In all variants, `rect` or, where it is null, the whole image;
+    // and twice.
+    void Run(ImageBuffer image, const Rect* rect) {
+        image.bitsPerPixel = 8 * kPixelBytes[image.format];
+        const Rect area = rect ? *rect : Rect{0, 0, image.width, image.height};
+        for (const Flip flip : {PxbFliphorizontal, PxbFlipvertical}) {
+            const bool horizontal = flip == PxbFliphorizontal;
+            if (!Handles(flip, image, area)) continue;
+            const Mirror mirror(flip, image, area);
+            const auto placement = ++number_ % 2 ? Placement::kFront : Placement::kBack;
+            Place(image, dst_memory, mirror.WhatIsVisited(), placement);
+            SCOPED_TRACE(testing::Message()
+                         << (horizontal ? "horizontal " : "vertical ") << kFormatNames[image.format]
+                         << " " << image.width << " x " << image.height << ", stride "
+                         << image.stride << (rect ? ", rect " : ", whole ") << area.left << " "
+                         << area.top << " " << area.right << " " << area.bottom);
+            const Reference once = [&](const ImageBuffer& expected, const ImageBuffer&) {
+                mirror.Apply(expected.data);
+            };
+            const Reference nothing = [](const ImageBuffer&, const ImageBuffer&) {};
+            for (const Variant& variant : variants_) {
+                const ForcedProcessor forced(variant.words);
+                ASSERT_TRUE(Compare(image, image, once, [&](ImageBuffer* dst, const ImageBuffer*) {
+                    return flip(dst, rect);
+                })) << variant.name;
+            }
+            ASSERT_TRUE(Compare(image, image, nothing, [&](ImageBuffer* dst, const ImageBuffer*) {
+                return flip(dst, rect) + flip(dst, rect);
+            })) << "twice";
+        }
+    }
+
+  private:
+    const std::vector<Variant> variants_ = RunnableVariants();
+    int number_ = 0;
+};
+
+ImageBuffer Described(int format, Size size, int padding, bool bottom_up = false) {
+    const int stride = kPixelBytes[format] * size.width + padding;
+    return {nullptr, 0, bottom_up ? -stride : stride, size.width, size.height, format, nullptr};
+}
+
+TEST(Flip, MirrorsEveryRectangleOfSmallImages) {
+    FlipTrial trial;
+    for (int format = PXB_RGB24; format <= PXB_YUV422; ++format)
+        for (const Size size : {Size{1, 1}, {2, 3}, {3, 2}, {5, 4}, {6, 5}, {7, 2}, {9, 3}}) {
+            const ImageBuffer image = Described(format, size, size.width % 3 + size.height % 2);
+            for (Rect r = {}; r.left < size.width; ++r.left)
+                for (r.right = r.left + 1; r.right <= size.width; ++r.right)
+                    for (r.top = 0; r.top < size.height; ++r.top)
+                        for (r.bottom = r.top + 1; r.bottom <= size.height; ++r.bottom) {
+                            trial.Run(image, &r);
+                            if (testing::Test::HasFatalFailure()) return;
+                        }
+        }
+}
+
+// Widths with every remainder by every register, at every alignment, as whole images and as areas.
+TEST(Flip, MirrorsWideRows) {
+    FlipTrial trial;
+    for (int format = PXB_RGB24; format <= PXB_YUV422; ++format)
+        for (int width = 1; width <= 300; ++width) {
+            const bool bottom_up = !IsPlanar(format) && width % 3 == 1;
+            trial.Run(Described(format, {width, 4}, width % 5, bottom_up), nullptr);
+            const int left = format == PXB_YUY2 ? width % 4 * 2 : width % 7;
+            const Rect rect = {left, 2, left + width, 4 + width % 2 * (format != PXB_YUY2)};
+            trial.Run(Described(format, {left + width + 3, 5}, width % 4, bottom_up), &rect);
+            if (testing::Test::HasFatalFailure()) return;
+        }
+}
+
+TEST(Flip, AnswersAndVisitsCompanionsInTheOrderOfItsChecks) {
+    constexpr Rect kInside = {2, 0, 4, 2}, kEmpty = {3, 1, 3, 2}, kAcross = {1, 2, 3, 2};
+    constexpr Rect kOdd[] = {{1, 0, 4, 2}, {0, 1, 4, 4}, {0, 0, 3, 2}, {0, 0, 4, 3}};
+    constexpr Rect kBad[] = {{0, -1, 4, 2}, {-1, 0, 4, 2}, {0, 0, 4, 5},
+                             {0, 0, 7, 2},  {0, 3, 4, 2},  {3, 0, 2, 2}};
+    constexpr int32_t kOk = PXB_SUCCESS, kNot = PXB_UNSUPPORTED, kRefused = PXB_BAD_ARGUMENT;
+    struct Case {
+        int format, width;
+        const Rect* rect;
+        bool has_data;
+        int32_t horizontal, vertical;
+        bool visits_horizontal = true, visits_vertical = true;
+    };
+    std::vector<Case> cases = {
+        {PXB_YUV422, 6, nullptr, true, kNot, kOk}, {PXB_YUV422, 6, &kInside, true, kNot, kOk},
+        {PXB_RGB8, 6, nullptr, true, kOk, kOk},    {PXB_YUY2, 6, &kInside, true, kOk, kOk},
+        {PXB_YUY2, 5, nullptr, true, 3, kOk},      {PXB_YUY2, -5, nullptr, true, 3, kOk},
+        {PXB_YUY2, 0, nullptr, true, kOk, kOk},    {PXB_RGB24, -6, nullptr, true, kOk, kOk},
+        {PXB_I420, -6, nullptr, true, kOk, kOk},   {PXB_YUY2, -6, nullptr, true, kOk, kOk},
+        {PXB_RGB24, 6, nullptr, true, kOk, kOk},   {PXB_RGB24, 0, nullptr, true, kOk, kOk},
+    };
+    for (const int format : {0, 8, 9, 10, -1, INT32_MIN, INT32_MAX})
+        for (const Rect* rect : {static_cast<const Rect*>(nullptr), &kInside})
+            cases.push_back({format, 6, rect, true, kRefused, kRefused});
+    for (int format = 0; format <= 10; ++format) {
+        cases.push_back({format, 6, nullptr, false, kRefused, kRefused, false, false});
+        for (const Rect* empty : {&kEmpty, &kAcross})
+            for (const bool has_data : {false, true})
+                cases.push_back({format, 6, empty, has_data, kOk, kOk, false, false});
+        for (const Rect& bad : kBad)
+            cases.push_back({format, 6, &bad, true, kRefused, kRefused, false, false});
+    }
+    for (const Rect& odd : kOdd) cases.push_back({PXB_YUY2, 6, &odd, true, kRefused, kOk, false});
+
+    for (const Case& c : cases)
+        for (const Flip flip : {PxbFliphorizontal, PxbFlipvertical}) {
+            const bool horizontal = flip == PxbFliphorizontal;
+            SCOPED_TRACE(testing::Message() << "format " << c.format << ", width " << c.width
+                                            << (horizontal ? ", horizontal" : ", vertical"));
+            const int32_t wanted = horizontal ? c.horizontal : c.vertical;
+            const bool visits = horizontal ? c.visits_horizontal : c.visits_vertical;
+            Image pixels(PXB_RGB32, {8, 8}, 1), companion(PXB_RGB24, {6, 4}, 2);
+            ImageBuffer image = {
+                c.has_data ? pixels.At(0, 2) : nullptr, 16, 16, c.width, 4, c.format, nullptr};
+            EXPECT_EQ(flip(&image, c.rect), wanted);
+            if (wanted != kOk || c.width <= 0) {
+                EXPECT_FALSE(pixels.HasChanged());
+            }
+            image.alpha = &companion.record;
+            companion.record.bitsPerPixel = 24;
+            EXPECT_EQ(flip(&image, c.rect), visits ? kOk : wanted);
+            EXPECT_EQ(companion.HasChanged(), visits);
+            companion.record.format = PXB_NV12;  // whose refusal hides the image's own success
+            EXPECT_EQ(flip(&image, c.rect), visits ? kRefused : wanted);
+        }
+    // No pixels either: planes of a negative size.
+    Image pixels(PXB_RGB32, {8, 8}, 1);
+    ImageBuffer image = {pixels.At(0, 4), 12, -8, 8, 4, PXB_I420, nullptr};
+    for (const Flip flip : {PxbFliphorizontal, PxbFlipvertical})
+        EXPECT_EQ(flip(&image, nullptr), kOk);
+    EXPECT_FALSE(pixels.HasChanged());
+}
+
+// `bitsPerPixel` of the record decides how many bytes move, even where rows then overlap.
+TEST(Flip, TurnsPixelsOfTheRecordsSize) {
+    constexpr int kSize = 256, kMiddle = 128;
+    for (const int bits : {-8, 0, 7, 8, 15, 16, 24, 40, 64})
+        for (int stride = -9; stride <= 9; ++stride)
+            for (int height = 1; height <= 5; ++height) {
+                std::vector<Byte> memory = Noise(kSize, 3), expected = memory;
+                ImageBuffer image = {&memory[kMiddle], bits, stride, 5, height, PXB_RGB24, nullptr};
+                const Rect rect = {1, 0, 4, height};
+                ASSERT_EQ(PxbFlipvertical(&image, &rect), PXB_SUCCESS);
+                const int bytes = std::max(bits / 8, 0);
+                for (int i = 0; i < height - 1 - i; ++i) {
+                    Byte* const row = &expected[kMiddle + bytes + i * stride];
+                    Byte* const other = &expected[kMiddle + bytes + (height - 1 - i) * stride];
+                    const std::vector<Byte> scratch(row, row + 3 * bytes);
+                    std::memmove(row, other, scratch.size());
+                    std::memcpy(other, scratch.data(), scratch.size());
+                }
+                ASSERT_EQ(memory, expected) << bits << " bits, stride " << stride << ", " << height;
+            }
+}
+
+}  // namespace
+}  // namespace pxb::test
