@@ -23,15 +23,18 @@ using MirrorYuy2Kernel = void(Byte* first, std::ptrdiff_t stride, std::int32_t w
 using ExchangeRowsKernel = void(Byte* first, std::ptrdiff_t stride, std::ptrdiff_t row_bytes,
                                 std::int32_t height);
 
-namespace plain {
-MirrorPixelsKernel MirrorPixels;
-MirrorYuy2Kernel MirrorYuy2;
-ExchangeRowsKernel ExchangeRows;
-}  // namespace plain
+#define PXB_DECLARE_MIRRORS(target)  \
+    namespace target {               \
+    MirrorPixelsKernel MirrorPixels; \
+    MirrorYuy2Kernel MirrorYuy2;     \
+    ExchangeRowsKernel ExchangeRows; \
+    }
+PXB_TARGETS(PXB_DECLARE_MIRRORS)
+#undef PXB_DECLARE_MIRRORS
 
-constexpr Variants<MirrorPixelsKernel> kMirrorPixels = {plain::MirrorPixels};
-constexpr Variants<MirrorYuy2Kernel> kMirrorYuy2 = {plain::MirrorYuy2};
-constexpr Variants<ExchangeRowsKernel> kExchangeRows = {plain::ExchangeRows};
+constexpr auto kMirrorPixels = PXB_VARIANTS_FROM_SSE2(MirrorPixels);
+constexpr auto kMirrorYuy2 = PXB_VARIANTS_FROM_MMX(MirrorYuy2);
+constexpr auto kExchangeRows = PXB_VARIANTS_FROM_SSE2(ExchangeRows);
 
 // The same where rows are longer than the way from one to the next: as if row i were saved, the other
 // row copied over it, and the saved one over the other.

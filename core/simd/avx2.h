@@ -70,6 +70,10 @@ struct Avx2 : Avx2Register {
     struct Pixels {
         __m256i quarter[4];  // 8 pixels each
     };
+    struct Backward {
+        __m256i fives[3];  // 5 pixels in each block, and a byte of another
+        __m128i last;      // 8 bytes
+    };
 
     static PXB_INLINE Bytes Load(const Byte* src) { return {LoadAll(src)}; }
     static PXB_INLINE Bytes LoadEvens(const Byte* src) {
@@ -175,6 +179,46 @@ struct Avx2 : Avx2Register {
                                 _mm256_packus_epi32(byte(a.quarter[2]), byte(a.quarter[3])));
         return {Gather(mixed)};
     }
+    static PXB_INLINE Bytes Reverse(Bytes a) {
+        return {SwapBlocks(_mm256_shuffle_epi8(
+            a.all, TwiceInBlocks([](int i) PXB_INLINE_LAMBDA { return 15 - i; })))};
+    }
+    static PXB_INLINE Pixels Reverse(const Pixels& a) {
+        Pixels pixels;
+        for (int i = 0; i < 4; ++i)
+            pixels.quarter[i] =
+                SwapBlocks(_mm256_shuffle_epi32(a.quarter[3 - i], _MM_SHUFFLE(0, 1, 2, 3)));
+        return pixels;
+    }
+    static PXB_INLINE Backward LoadBackward(const Byte* src) {
+        const __m256i turn = TwiceInBlocks(
+            [](int i) PXB_INLINE_LAMBDA { return i < 15 ? 13 - i / 3 * 3 + i % 3 : -1; });
+        const __m128i turn_last =
+            _mm_setr_epi8(7, 8, 3, 4, 5, 0, 1, 2, -1, -1, -1, -1, -1, -1, -1, -1);
+        const auto fives = [=](int i) PXB_INLINE_LAMBDA {
+            const Byte* const low = src + 80 - 30 * i;
+            return _mm256_shuffle_epi8(_mm256_set_m128i(LoadBlock(low - 15), LoadBlock(low)), turn);
+        };
+        return {{fives(0), fives(1), fives(2)}, _mm_shuffle_epi8(LoadBlock(src), turn_last)};
+    }
+    // The byte too many of each block is where the next one begins.
+    static PXB_INLINE void StoreBackward(Byte* dst, const Backward& a) {
+        for (int i = 0; i < 3; ++i) {
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + 30 * i),
+                             _mm256_castsi256_si128(a.fives[i]));
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + 30 * i + 15),
+                             _mm256_extracti128_si256(a.fives[i], 1));
+        }
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(dst + 88), a.last);
+    }
+    static PXB_INLINE Pixels ReverseYuy2(const Pixels& a) {
+        const __m256i groups = TwiceInBlocks(
+            [](int i) PXB_INLINE_LAMBDA { return 12 - i / 4 * 4 + (i % 2 ? i % 4 : 2 - i % 4); });
+        Pixels pixels;
+        for (int i = 0; i < 4; ++i)
+            pixels.quarter[i] = SwapBlocks(_mm256_shuffle_epi8(a.quarter[3 - i], groups));
+        return pixels;
+    }
     static PXB_INLINE void Leave() {
         if (kStreams) _mm_sfence();
     }
@@ -201,6 +245,7 @@ struct Avx2 : Avx2Register {
     static PXB_INLINE __m256i Alternate(__m256i a) {
         return _mm256_permute4x64_epi64(a, _MM_SHUFFLE(3, 1, 2, 0));
     }
+    static PXB_INLINE __m256i SwapBlocks(__m256i a) { return _mm256_permute2x128_si256(a, a, 1); }
     static PXB_INLINE __m128i LoadBlock(const Byte* src) {
         if (kStreams) PrefetchAhead(src);
         return _mm_loadu_si128(reinterpret_cast<const __m128i*>(src));

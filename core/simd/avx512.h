@@ -71,6 +71,10 @@ struct Avx512 : Avx512Register {
     struct Pixels {
         __m512i quarter[4];  // 16 pixels each
     };
+    struct Backward {
+        __m512i parts[3];  // 21 pixels, and a byte of another
+        __m512i last;      // 32 bytes
+    };
 
     static PXB_INLINE Bytes Load(const Byte* src) { return {LoadAll(src)}; }
     static PXB_INLINE Bytes LoadEvens(const Byte* src) {
@@ -154,6 +158,32 @@ struct Avx512 : Avx512Register {
     static PXB_INLINE Bytes TakeByte(const Pixels& a) {
         return {PickHalves(a, [](int i) PXB_INLINE_LAMBDA { return i % 32 * 4 + kByte; })};
     }
+    static PXB_INLINE Bytes Reverse(Bytes a) {
+        return {_mm512_permutexvar_epi8(Indices([](int i) PXB_INLINE_LAMBDA { return 63 - i; }),
+                                        a.all)};
+    }
+    static PXB_INLINE Pixels Reverse(const Pixels& a) {
+        return ReverseLanes(a, [](int i) PXB_INLINE_LAMBDA { return i; });
+    }
+    static PXB_INLINE Backward LoadBackward(const Byte* src) {
+        const __m512i turn =
+            Indices([](int i) PXB_INLINE_LAMBDA { return (61 - i / 3 * 3 + i % 3) & 63; });
+        const __m512i turn_last = Indices(
+            [](int i) PXB_INLINE_LAMBDA { return (30 - (i + 1) / 3 * 3 + (i + 1) % 3) & 63; });
+        const auto part = [=](int i) PXB_INLINE_LAMBDA {
+            return _mm512_permutexvar_epi8(turn, _mm512_loadu_si512(src + 128 - 63 * i));
+        };
+        return {{part(0), part(1), part(2)},
+                _mm512_permutexvar_epi8(turn_last, _mm512_loadu_si512(src))};
+    }
+    // The byte too many of each part is where the next one begins.
+    static PXB_INLINE void StoreBackward(Byte* dst, const Backward& a) {
+        for (int i = 0; i < 3; ++i) _mm512_storeu_si512(dst + 63 * i, a.parts[i]);
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst + 160), _mm512_castsi512_si256(a.last));
+    }
+    static PXB_INLINE Pixels ReverseYuy2(const Pixels& a) {
+        return ReverseLanes(a, [](int i) PXB_INLINE_LAMBDA { return i % 2 ? i : 2 - i; });
+    }
     static PXB_INLINE void Leave() {
         if (kStreams) _mm_sfence();
     }
@@ -205,6 +235,16 @@ struct Avx512 : Avx512Register {
         const auto at = [](int i) PXB_INLINE_LAMBDA { return Order::At(i); };
         const __mmask64 kept = Mask([=](int i) PXB_INLINE_LAMBDA { return at(i) >= 0; });
         return _mm512_maskz_permutexvar_epi8(kept, Indices(at), a);
+    }
+    // Byte i of each lane is byte at(i) of the lane that takes its place.
+    template <class At>
+    static PXB_INLINE Pixels ReverseLanes(const Pixels& a, At at) {
+        const __m512i lanes =
+            Indices([=](int i) PXB_INLINE_LAMBDA { return 60 - i / 4 * 4 + at(i % 4); });
+        Pixels pixels;
+        for (int i = 0; i < 4; ++i)
+            pixels.quarter[i] = _mm512_permutexvar_epi8(lanes, a.quarter[3 - i]);
+        return pixels;
     }
     // The first half picked from quarters 0 and 1, the second one from 2 and 3.
     template <class At>

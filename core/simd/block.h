@@ -100,6 +100,22 @@ struct Block : R {
         };
         return {R::PackBytes(R::PackWords(byte(0), byte(1)), R::PackWords(byte(2), byte(3)))};
     }
+    static PXB_INLINE Bytes Reverse(Bytes a) {
+        const Register words = SwapWords(R::ReverseLanes(a.all));
+        return {R::Or(R::template ShiftLeft16<8>(words), R::template ShiftRight16<8>(words))};
+    }
+    static PXB_INLINE Pixels Reverse(const Pixels& a) {
+        return {{R::ReverseLanes(a.quarter[3]), R::ReverseLanes(a.quarter[2]),
+                 R::ReverseLanes(a.quarter[1]), R::ReverseLanes(a.quarter[0])}};
+    }
+    static PXB_INLINE Pixels LoadBackward(const Byte* src) { return Reverse(LoadBgr(src)); }
+    static PXB_INLINE void StoreBackward(Byte* dst, const Pixels& a) { StoreBgr(dst, a); }
+    static PXB_INLINE Pixels ReverseYuy2(const Pixels& a) {
+        Pixels pixels = Reverse(a);
+        for (Register& quarter : pixels.quarter)
+            quarter = R::Or(SwapWords(R::LowBytes(quarter)), R::And(quarter, R::Set16(~0xFF)));
+        return pixels;
+    }
     static PXB_INLINE void Leave() { R::Leave(); }
 
     // X becomes 0.
@@ -128,6 +144,10 @@ struct Block : R {
     template <int k>
     static PXB_INLINE Register Squeeze(const Pixels& a) {
         return R::Or(Down<k>(R::Squeeze(a.quarter[k])), Up<3 - k>(R::Squeeze(a.quarter[k + 1])));
+    }
+    // Of each 32-bit lane.
+    static PXB_INLINE Register SwapWords(Register a) {
+        return R::Or(R::template ShiftLeft32<16>(a), R::template ShiftRight32<16>(a));
     }
     // By quarters of the register.
     template <int kQuarters>

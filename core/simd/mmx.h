@@ -105,6 +105,9 @@ struct MmxRegister {
     static PXB_INLINE Register OddsTwice16(Register a) {
         return Or(ShiftRight32<16>(a), And(a, Set32(~0xFFFF)));
     }
+    static PXB_INLINE Register ReverseLanes(Register a) {  // of 32 bits
+        return Or(_mm_srli_si64(a, 32), _mm_slli_si64(a, 32));
+    }
     // 6 bytes to 2 lanes, and back.
     static PXB_INLINE Register Spread(Register a) {
         return Or(And(a, FirstPixel()), And(_mm_slli_si64(a, 8), _mm_slli_si64(FirstPixel(), 32)));

@@ -91,6 +91,27 @@ struct Scalar {
         for (int i = 0; i < kCount; ++i) bytes.at[i] = a.at[i][kByte];
         return bytes;
     }
+    static PXB_INLINE Bytes Reverse(const Bytes& a) {
+        Bytes bytes;
+        for (int i = 0; i < kCount; ++i) bytes.at[i] = a.at[kCount - 1 - i];
+        return bytes;
+    }
+    static PXB_INLINE Pixels Reverse(const Pixels& a) {
+        Pixels pixels;
+        for (int i = 0; i < kCount; ++i)
+            for (int k = 0; k < 4; ++k) pixels.at[i][k] = a.at[kCount - 1 - i][k];
+        return pixels;
+    }
+    static PXB_INLINE Pixels LoadBackward(const Byte* src) { return Reverse(LoadBgr(src)); }
+    static PXB_INLINE void StoreBackward(Byte* dst, const Pixels& a) { StoreBgr(dst, a); }
+    static PXB_INLINE Pixels ReverseYuy2(const Pixels& a) {
+        Pixels pixels = Reverse(a);
+        for (int i = 0; i < kCount; ++i) {
+            pixels.at[i][0] = a.at[kCount - 1 - i][2];
+            pixels.at[i][2] = a.at[kCount - 1 - i][0];
+        }
+        return pixels;
+    }
     static PXB_INLINE void Leave() {}
 
   private:

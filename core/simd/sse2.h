@@ -107,6 +107,9 @@ struct Sse2Register {
     static PXB_INLINE Register OddsTwice16(Register a) {
         return PermuteWords<_MM_SHUFFLE(3, 3, 1, 1)>(a);
     }
+    static PXB_INLINE Register ReverseLanes(Register a) {  // of 32 bits
+        return _mm_shuffle_epi32(a, _MM_SHUFFLE(0, 1, 2, 3));
+    }
     // 12 bytes to 4 lanes, and back. In each half two pixels of 3 bytes move apart or together.
     static PXB_INLINE Register Spread(Register a) {
         const Register halves = _mm_unpacklo_epi64(a, _mm_srli_si128(a, 6));

@@ -25,6 +25,9 @@
 // LoadWeightsOfX<part>       the same of pixels B G R X, whose X is the weight
 // Lerp(a, b, weights)        ((256 - w) a + w b) >> 8 of bytes, as a + floor(w (b - a) / 256)
 // TakeByte<k>                byte k of each lane of Pixels
+// Reverse                    the last of Bytes or Pixels first
+// ReverseYuy2                Pixels, each of them a group Y0 U Y1 V: the last first, as Y1 U Y0 V
+// LoadBackward StoreBackward pixels of 3 bytes, the last first, in whatever order suits both
 // kStreams                   whether its stores go around the caches, see memory.h
 // Leave                      after the last row: stores become visible to other threads, and MMX
 //                            hands the floating-point registers back

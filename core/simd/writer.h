@@ -34,6 +34,15 @@ class WidthsOf {
         ((x = WhileFitting<Width>(x, end, step)), ...);
     }
 
+    // step<V>(left, right) for the V::kPixels pixels from either on, from both ends toward the
+    // middle, where the two may overlap. For a reversal in place: what a step finds in the middle
+    // then does not matter, as long as it loads both before it stores either.
+    template <class Step>
+    PXB_INLINE void ForPixelsFromBothEnds(std::ptrdiff_t end, const Step& step) const {
+        std::ptrdiff_t done = 0;
+        ((done = FromBothEnds<Width>(done, end, step)), ...);
+    }
+
     PXB_INLINE void Leave() const { (LeaveWidth<Width>(), ...); }
 
   private:
@@ -47,6 +56,17 @@ class WidthsOf {
         if (!IsUsed<V>()) return x;
         for (; x + V::kPixels <= end; x += V::kPixels) step.template operator()<V>(x);
         return x;
+    }
+    template <class V, class Step>
+    PXB_INLINE std::ptrdiff_t FromBothEnds(std::ptrdiff_t done, std::ptrdiff_t end,
+                                           const Step& step) const {
+        if (!IsUsed<V>()) return done;
+        for (; end - 2 * done >= V::kPixels; done += V::kPixels) {
+            step.template operator()<V>(done, end - done - V::kPixels);
+            // A few rounds of plain integers would become a lot of wide code.
+            if (V::kPixels <= 2) __asm__ volatile("");
+        }
+        return done;
     }
     // Streamed stores want aligned addresses: the last ones are left to the next class.
     template <class V, class Step>

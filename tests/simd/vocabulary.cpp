@@ -121,6 +121,19 @@ void CheckBytesAndPixels(const Comparison& compare) {
     CheckLoadWeights<3, 0, 1, 2>(compare);
     CheckLoadWeights<4, 0, 1, 2, 3>(compare);
     CheckLoadWeightsOfX<0, 1, 2, 3>(compare);
+    compare("Reverse of bytes", []<class V>(const Bench& on, int x) {
+        V::Store(on.out + 256 - x - V::kPixels, V::Reverse(V::Load(on.a + x)));
+    });
+    compare("Reverse of pixels", []<class V>(const Bench& on, int x) {
+        V::StoreBgrx(on.out + 4 * (128 - x - V::kPixels), V::Reverse(V::LoadBgrx(on.a + 4 * x)));
+    });
+    compare("LoadBackward, StoreBackward", []<class V>(const Bench& on, int x) {
+        V::StoreBackward(on.out + 3 * (128 - x - V::kPixels), V::LoadBackward(on.a + 3 * x));
+    });
+    compare("ReverseYuy2", []<class V>(const Bench& on, int x) {
+        V::StoreBgrx(on.out + 4 * (128 - x - V::kPixels),
+                     V::ReverseYuy2(V::LoadBgrx(on.a + 4 * x)));
+    });
     CheckTakeByte<0>(compare), CheckTakeByte<1>(compare);
     CheckTakeByte<2>(compare), CheckTakeByte<3>(compare);
 }
