@@ -60,8 +60,8 @@ std::shared_ptr<Frame> Premultiplied(const Scene& scene) {
     return copy;
 }
 
-std::span<const Row> BlendRows() {
-    static const Row kRows[] = {
+std::vector<Row> BlendRows() {
+    return {
         Blend("blend RGB32, own alpha", PXB_RGB32, 1.3, BlendOwnAlpha,
               {PXB_LIBYUV(BlendOwnAlphaByLibyuv) PXB_PIXMAN(BlendOwnAlphaByPixman)}),
         Blend("blend RGB32", PXB_RGB32, 3.8, BlendWithMask,
@@ -71,7 +71,6 @@ std::span<const Row> BlendRows() {
         Blend("blend YUY2", PXB_YUY2, 1.7, BlendWithMask, {PXB_LIBYUV(BlendBytesByLibyuv)}),
         Blend("blend I420", PXB_I420, 1.15, BlendWithMask, {PXB_LIBYUV(BlendI420ByLibyuv)}),
     };
-    return kRows;
 }
 
 }  // namespace pxb::bench

@@ -1,6 +1,7 @@
 // Blending, beside libraries that composite.
 #pragma once
 #include <memory>
+#include <vector>
 
 #include "bench/rows.h"
 
@@ -14,7 +15,7 @@ ImageBuffer MaskOf(Scene& scene);
 std::shared_ptr<Frame> Premultiplied(const Scene& scene);
 
 // Rows of PxbAlphaBlend.
-std::span<const Row> BlendRows();
+std::vector<Row> BlendRows();
 
 // Premultiplied pixels over others; bytes or pixels through the mask. libyuv wants an alpha for each
 // byte, and takes two calls for that.

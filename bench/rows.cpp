@@ -2,6 +2,7 @@
 #include "bench/rows.h"
 
 #include "bench/blend_rows.h"
+#include "bench/flip_rows.h"
 
 namespace pxb::bench {
 namespace {
@@ -66,13 +67,14 @@ constexpr std::size_t kOffsets[Scene::kPlaces][2] = {{0, 2048}, {576, 3136}, {12
 
 double Target::At(int width, int height) const {
     if (width == 1920 && height == 1080) return at_1920x1080;
-    return width == 3840 && height == 2160 ? at_3840x2160 : 0;
+    if (width == 3840 && height == 2160) return at_3840x2160;
+    return width == 320 && height == 240 ? at_320x240 : 0;
 }
 
 std::span<const Row> Rows() {
     static const std::vector<Row> rows = [] {
-        std::vector<Row> all;
-        for (const std::span<const Row> family : {std::span<const Row>(kRows), BlendRows()})
+        std::vector<Row> all(std::begin(kRows), std::end(kRows));
+        for (const std::vector<Row>& family : {FlipRows(), BlendRows()})
             all.insert(all.end(), family.begin(), family.end());
         return all;
     }();

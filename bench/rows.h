@@ -31,6 +31,7 @@ struct Target {
     Reference reference = Reference::kPeer;
     double at_1920x1080 = 0;
     double at_3840x2160 = 0;
+    double at_320x240 = 0;
     double At(int width, int height) const;
 };
 
