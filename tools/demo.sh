@@ -24,6 +24,16 @@ run channel card.png grey.png --channel 1
 run testcard odd.y4m --size 333x251
 run convert odd.y4m odd.png
 run info card.y4m >info.txt
+run flip card.y4m left_to_right.png --horizontal
+run flip card.y4m upside_down.png --vertical
+run flip card.y4m part.png --horizontal --rect 192,144,576,432
+
+# Three groups Y0 U Y1 V a row, that is six pixels, from dark to light.
+for _ in 1 2 3; do
+    printf '\050\200\120\200\170\200\240\200\310\200\353\200'
+done >groups.yuy2
+"$pxb" convert groups.yuy2 groups.png --size 6x3
+"$pxb" flip groups.yuy2 groups_mirrored.png --size 6x3 --horizontal
 
 # A logo with soft edges, B G R and alpha: a ring of changing colour around a white disc.
 perl -e '
@@ -97,6 +107,8 @@ cat >index.html <<END
   .channels { grid-template-columns: repeat(auto-fit, minmax(12rem, 1fr)); }
   .planes { grid-template-columns: 2fr 1fr; }
   .planes > div { display: grid; gap: 1rem; }
+  .groups { grid-template-columns: 1fr 1fr; max-width: 40rem; }
+  .groups img { image-rendering: pixelated; border-radius: 0; }
   .small { width: 333px; max-width: 100%; }
   pre { padding: 1rem; overflow-x: auto; border-radius: 4px; font-size: .85rem;
         background: rgb(128 128 128 / .15); }
@@ -152,6 +164,23 @@ $(figure ramp.png "Every alpha, 2 pixels wide")
 and row, and crops the result.</p>
 <div class="small">
 $(figure odd.png "333 x 251, actual size")
+</div>
+
+<h2>Mirrors</h2>
+<p>In place, the whole frame or a part of it: here 192,144 to 576,432. 4:2:0 video is mirrored as it
+is, luma and chroma each in its plane.</p>
+<div class="row channels">
+$(figure left_to_right.png "Left to right by PxbFliphorizontal")
+$(figure upside_down.png "Top to bottom by PxbFlipvertical")
+$(figure part.png "A part, left to right")
+</div>
+<p>YUY2 stores pixels by twos, as groups Y0 U Y1 V. Mirrored, groups change places, and the two
+brightnesses within each as well. Six pixels are three groups, and the middle one has no partner:
+it stays as it is, the darker pixel still on its left. Programs depend on that, so it is kept; give
+widths of a multiple of 4 where it matters.</p>
+<div class="row groups">
+$(figure groups.png "Three groups of YUY2, enlarged")
+$(figure groups_mirrored.png "Mirrored: the two pixels in the middle did not change places")
 </div>
 
 <h2>Try it</h2>

@@ -35,8 +35,10 @@ pxb convert card.y4m card.i420 || fail "convert to raw frames"
 expect "$(wc -c <card.i420)" $((3 * (101 * 75 + 2 * 51 * 38)))
 pxb convert card.i420 back.bmp --size 101x75 && cmp card.bmp back.bmp || fail "raw frames"
 expect "$(pxb info card.y4m | grep -c '^frames      3, 25 a second')" 1
+pxb flip card.y4m back.y4m --vertical && pxb flip back.y4m again.i420 --vertical &&
+    head -c $((101 * 74)) card.i420 | cmp -n $((101 * 74)) - again.i420 || fail "flip of a video"
 pxb --version | grep -qE '^pxb [0-9.]+.?$' || fail "--version"
-for command in "" testcard info convert channel blend; do
+for command in "" testcard info convert channel flip blend; do
     pxb $command --help | grep -q "^Usage: pxb" || fail "$command --help"
 done
 
@@ -50,6 +52,9 @@ refused "--format: YUV9" info card.i420 --size 4x4 --format YUV9
 refused "--channel" channel card.bmp out.bmp --channel 6
 refused "--at: 7" blend card.y4m card.bmp out.y4m --at 7
 refused "card.bmp: format: RGB24: has no alpha" blend card.y4m card.bmp out.y4m
+refused "--horizontal" flip card.y4m out.y4m
+refused "--vertical" flip card.y4m out.y4m --horizontal --vertical
+refused "--rect: 0,0,102,75" flip card.y4m out.y4m --vertical --rect 0,0,102,75
 refused "--frames: 3" testcard out.bmp --frames 3
 refused "absent file.y4m: open" info $'absent\nfile.y4m'
 

@@ -4,6 +4,7 @@
 
 #include "commands.h"
 #include "convert.h"
+#include "error.h"
 #include "picture_bytes.h"
 #include "scratch_folder.h"
 #include "testcard.h"
@@ -75,6 +76,46 @@ TEST_F(Frames, ChannelsBecomeGreyPictures) {
         ExtractChannel({Path("in.rgb32"), layout, {}}, {Path("out.raw"), "", {}}, channel);
         EXPECT_EQ(Get("out.raw"), expected[channel - 1]);
     }
+}
+
+// Odd pictures as they look, save where columns or rows that change sides share chroma: there the
+// edge that they repeat comes first.
+TEST_F(Frames, AreMirrored) {
+    const struct {
+        std::string file, frame;
+        Size size;
+        std::optional<Rect> part;
+        std::string left_to_right, upside_down;  // empty: refused
+    } cases[] = {
+        {"in.rgb24", "abcdefghiABCDEFGHI", {3, 2}, {}, "ghidefabcGHIDEFABC", "ABCDEFGHIabcdefghi"},
+        {"in.rgb32",
+         "aaaabbbbccccdddd",
+         {2, 2},
+         Rect{0, 1, 2, 2},
+         "aaaabbbbddddcccc",
+         "aaaabbbbccccdddd"},
+        {"in.rgb8", "abcdef", {2, 3}, {}, "", "efcdab"},
+        {"in.i420", "abcdefghiUVWXuvwx", {3, 3}, {}, "ccbffeiihVUXWvuxw", "ghighidefWXUVwxuv"},
+        {"in.yuy2", "aubvcxdy", {4, 1}, {}, "dxcybuav", "aubvcxdy"},
+        {"in.yuy2", "aubvcxdy", {2, 2}, Rect{0, 0, 1, 2}, "", "cxbvaudy"},
+        {"in.yuv422", "abuv", {2, 1}, {}, "", ""},
+        {"in.nv12", "abcduv", {2, 2}, {}, "", ""},
+        {"in.ayuv32", "abcd", {1, 1}, {}, "", ""},
+    };
+    for (const auto& c : cases)
+        for (const Mirror mirror : {Mirror::kHorizontal, Mirror::kVertical}) {
+            const bool horizontal = mirror == Mirror::kHorizontal;
+            SCOPED_TRACE(c.file + (horizontal ? " left to right" : " upside down"));
+            const std::string& wanted = horizontal ? c.left_to_right : c.upside_down;
+            const InputOptions from = {Put(c.file, c.frame + c.frame), {c.size, {}}, {}};
+            const OutputOptions to = {Path("out.raw"), "", {}};
+            if (wanted.empty()) {
+                EXPECT_THROW(FlipFile(from, to, mirror, c.part), Error);
+                continue;
+            }
+            FlipFile(from, to, mirror, c.part);
+            EXPECT_EQ(Get("out.raw"), wanted + wanted);
+        }
 }
 
 TEST_F(Frames, InfoSaysWhereThePlanesAre) {

@@ -112,6 +112,16 @@ void ConvertFile(const InputOptions& from, const OutputOptions& to) {
     writer.Commit();  // the input is closed by now: it may be the file that this replaces
 }
 
+void FlipFile(const InputOptions& from, const OutputOptions& to, Mirror mirror,
+              const std::optional<Rect>& part) {
+    FrameWriter writer(to);
+    ForFrames(from, writer,
+              [&](const std::string& file, const Video& video, const Picture& picture) {
+                  writer.WriteConverted(file, video, Flip(file, picture, mirror, part));
+              });
+    writer.Commit();
+}
+
 void ExtractChannel(const InputOptions& from, const OutputOptions& to, int channel) {
     FrameWriter writer(to);
     writer.CheckFormat(PXB_RGB8, "channel");

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "file_types.h"
+#include "flip.h"
 #include "geometry.h"
 
 namespace pxb::tool {
@@ -35,5 +36,7 @@ void ConvertFile(const InputOptions& from, const OutputOptions& to);
 void ExtractChannel(const InputOptions& from, const OutputOptions& to, int channel);
 void BlendOver(const InputOptions& background, const OverlayOptions& overlay,
                const OutputOptions& to);
+void FlipFile(const InputOptions& from, const OutputOptions& to, Mirror mirror,
+              const std::optional<Rect>& part);
 
 }  // namespace pxb::tool

@@ -29,7 +29,8 @@ Examples:
   pxb convert shot.yuy2 shot.png --size 600x400  raw frames need their size
   pxb convert photo.png - --type bmp --to RGB32 | pxb convert - photo.nv12
   pxb channel photo.png grey.png --channel 1     one channel as a grey picture
-  pxb blend card.y4m logo.png out.y4m --at 16,16 a logo over every frame)";
+  pxb blend card.y4m logo.png out.y4m --at 16,16 a logo over every frame
+  pxb flip card.y4m back.y4m --horizontal        every frame mirrored left to right)";
 
 constexpr char kAboutFiles[] =
     R"(Pixel formats by code: 1 RGB24 (bytes B G R), 2 RGB32 (B G R X), 3 YV12 (planes Y V U),
@@ -58,10 +59,11 @@ PixelFormat ParseFormat(std::string_view option, const std::string& text) {
 
 // The program's options as text, shared by the commands; each command offers some of them.
 struct Arguments {
-    std::string input, output, size, format, to, type;
+    std::string input, output, size, format, to, type, rect;
     std::string overlay, alpha, at = "0,0", from_rect;
     std::optional<std::int64_t> frame;
     int frames = 1, channel = 0;
+    bool horizontal = false, vertical = false;
 
     void AddInput(CLI::App& command, const std::string& name = "IN") {
         command.add_option(name, input, "file to read, or -")->required();
@@ -91,6 +93,10 @@ struct Arguments {
         OverlayOptions options{overlay, alpha, ParsePoint("--at", at), {}};
         if (!from_rect.empty()) options.part = ParseRect("--from-rect", from_rect);
         return options;
+    }
+    std::optional<Rect> Part() const {
+        if (rect.empty()) return std::nullopt;
+        return ParseRect("--rect", rect);
     }
     OutputOptions Output() const {
         OutputOptions options{output, type, {}};
@@ -158,6 +164,19 @@ void Run(int argc, char** argv) {
     arguments.AddFrame(blend);
     blend.footer(kAboutFiles);
 
+    CLI::App& flip = *app.add_subcommand("flip", "Mirror pictures, or a part of each");
+    arguments.AddInput(flip);
+    arguments.AddOutput(flip);
+    CLI::Option_group& mirror = *flip.add_option_group("Mirrors");
+    mirror.add_flag("--horizontal", arguments.horizontal, "left to right");
+    mirror.add_flag("--vertical", arguments.vertical, "top to bottom");
+    mirror.require_option(1);
+    flip.add_option("--rect", arguments.rect, "this part alone; right and bottom exclusive")
+        ->type_name("L,T,R,B");
+    arguments.AddTo(flip, "else that of IN if OUT can hold it, else I420 or RGB24");
+    arguments.AddFrame(flip);
+    flip.footer(kAboutFiles);
+
     app.footer(kExamples);  // last: commands would inherit it
 
     try {
@@ -177,6 +196,9 @@ void Run(int argc, char** argv) {
     if (convert.parsed()) ConvertFile(arguments.Input(), arguments.Output());
     if (blend.parsed()) BlendOver(arguments.Input(), arguments.Overlay(), arguments.Output());
     if (channel.parsed()) ExtractChannel(arguments.Input(), arguments.Output(), arguments.channel);
+    if (flip.parsed())
+        FlipFile(arguments.Input(), arguments.Output(),
+                 arguments.horizontal ? Mirror::kHorizontal : Mirror::kVertical, arguments.Part());
 }
 
 // One line, whatever file names and headers contain.
