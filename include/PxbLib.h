@@ -85,8 +85,7 @@
  *
  * This version
  *
- * It does not have PxbResize, PxbResizeEx and PxbRotate yet: they are declared below, but a program
- * that calls one does not link.
+ * It does not have PxbRotate yet: it is declared below, but a program that calls it does not link.
  *
  * Results
  *
@@ -293,14 +292,45 @@ PXB_API int32_t PXB_CALL PxbChannelGet(ImageBuffer* dst, const ImageBuffer* src,
 
 /* ---- Scaling ---- */
 
-/* Scales all of `src` onto all of `dst`, which has the same format.
+/* Scales all of `src` onto all of `dst`, which has the same format. Note the order: the destination
+ * comes first.
  *
- * `mode` points to the interpolation mode: 0 nearest, 1 or 5 bilinear, 2 bilinear with faded
- * borders, 3, 4 or 6 for shrinking. It is read for formats 1, 2, 3, 5 and 6 and may be null for the
- * others.
+ * `mode` points to the interpolation mode. It is read for RGB24, RGB32, RGB8, YV12 and I420 only;
+ * YUY2 is always bilinear. `mode` may be null for the other formats.
  *
- * Companions: if both images have one, they are scaled too, whatever the result so far, and the
- * result of that is the result of the call.
+ *     mode   RGB24, RGB32                               RGB8, YV12, I420
+ *     0      nearest                                    as RGB24
+ *     1, 5   bilinear                                   as RGB24
+ *     2      bilinear, borders fade to 0                as RGB24
+ *     3      as 1; nothing is written where the source  as 1, but as 6 where the source is at
+ *            is at least twice as wide and as high      least twice as wide and as high
+ *     4      as 3, but 2 instead of 1                   as 3, but 2 instead of 1
+ *     6      spline where the source is wider and       spline where the source is wider and
+ *            higher; nothing is written otherwise       higher; as 1 otherwise
+ *     other  as 1                                       as 1
+ *
+ * Where a width or height, of source or destination, is 1, every mode is nearest. For YV12 and I420
+ * the sizes of luma decide for all planes; a chroma plane of width or height 1 is nearest.
+ *
+ * Destination pixel i of n has its centre at (i + 0.5) * N / n source pixels of N, in double
+ * precision, step by step. Nearest takes the pixel that holds this point. So enlarging k times
+ * repeats each pixel k times, and shrinking k times takes pixel k * i + k / 2 (rounded down).
+ * Bilinear blends the two rows around it, then the two columns, each with an 8-bit weight w of the
+ * second: a + ((b - a) * w >> 8), rounded down. Beyond the centres of border pixels these are
+ * repeated; in mode 2 they fade to 0 over one destination pixel. RGB24 never interpolates between
+ * its last two columns: from the last but one on, the last is taken, also at equal sizes. The
+ * spline is a cubic B-spline of 4 x 4 pixels, which blurs as it shrinks, with 8-bit weights that
+ * sum up to 255. The same bytes come from every processor and in every floating-point environment
+ * of the caller, which is given back.
+ *
+ * `bitsPerPixel` of both records must be set: for RGB24, RGB32 and RGB8 it says how many bytes
+ * (bitsPerPixel / 8) a pixel has, not the format. The pairs 3 to 4 and 4 to 3 bytes scale, too:
+ * modes 3, 4 and 6 as 1, fourth byte 0. Other mixtures write nothing. YUY2 is scaled by whole pairs
+ * of pixels; a last column of odd width stays.
+ *
+ * Companions: if both images have one, they are scaled too, also after an unsupported or unknown
+ * format, and the result of that is the result of the call; not where the formats differ or `data`
+ * is null.
  *
  * PXB_BAD_ARGUMENT  the formats differ; `dst->data` is null; `src->data` is null; the format is
  *                   AYUV32, NV12 or unknown
@@ -308,9 +338,14 @@ PXB_API int32_t PXB_CALL PxbChannelGet(ImageBuffer* dst, const ImageBuffer* src,
  * PXB_SUCCESS       otherwise, also where memory for the work is short: `dst` is then untouched */
 PXB_API int32_t PXB_CALL PxbResize(ImageBuffer* dst, const ImageBuffer* src, const int32_t* mode);
 
-/* Scales the rectangle `srcRect` of `src` onto the rectangle `dstRect` of `dst`; as PxbResize
- * otherwise. Either rectangle may be null. An empty one is no error: nothing is scaled, and
- * companions are still visited, with the same rectangles.
+/* Scales the rectangle `srcRect` of `src` onto the rectangle `dstRect` of `dst`, as if they were
+ * whole images: nothing outside `srcRect` has an influence. As PxbResize otherwise. Either
+ * rectangle may be null. An empty one is no error: nothing is scaled, and companions are still
+ * visited, with the same rectangles.
+ *
+ * YV12 and I420: the chroma of a rectangle is (right - left) / 2 samples wide, (bottom - top) / 2
+ * high, and begins at sample left / 2 of chroma row top / 2. YUY2: an odd left edge is allowed and
+ * begins with the second half of a pair, whose V is then taken for U; give even ones.
  *
  * PXB_BAD_ARGUMENT  the formats differ; `dst->data` is null; `src->data` is null; `dstRect` does
  *                   not lie in `dst`; `srcRect` does not lie in `src`; the format is AYUV32, NV12

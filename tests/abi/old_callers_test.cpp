@@ -85,6 +85,21 @@ void MakeAndFill() {
     }
 }
 
+void Resize() {
+    for (const int format : {PXB_RGB24, PXB_RGB32, PXB_YV12, PXB_YUY2, PXB_I420, PXB_RGB8})
+        for (const std::int32_t mode : {0, 1, 2, 6})
+            for (const Size size : {Size{140, 4}, Size{430, 8}}) {
+                SCOPED_TRACE(testing::Message() << kFormatNames[format] << ", mode " << mode);
+                Image src(format, kSize, 1), dst(format, size, 2);
+                src.record.bitsPerPixel = dst.record.bitsPerPixel = 8 * BytesPerPixel(format);
+                EXPECT_EQ(PXB_CALL_OLD(PxbResize, &dst.record, &src.record, &mode), PXB_SUCCESS);
+                const Rect part = {0, 0, size.width - 4, size.height};
+                EXPECT_EQ(
+                    PXB_CALL_OLD(PxbResizeEx, &dst.record, &src.record, &mode, &part, nullptr),
+                    PXB_SUCCESS);
+            }
+}
+
 void Locate() {
     const Image image(PXB_RGB32, kSize);
     const ImageBuffer* const record = &image.record;
@@ -110,6 +125,7 @@ TEST(OldCallers, CanCallEveryExportInEveryVariant) {
             Blend();
             Mirror();
             MakeAndFill();
+            Resize();
             Locate();
         }
     }

@@ -118,8 +118,10 @@ def outcomes(options: argparse.Namespace, folder: Path):
         yield complaint, checked_library(options.exports, library)
 
     hidden = compiled('extern "C" int PxbResize() { return 0; }', "fault.o", "-c")
+    shorter = folder / "shorter.def"
+    shorter.write_text(Path(options.exports).read_text().replace("    PxbResize\n", ""))
     yield "PxbResize: exists and is declared, but not exported", checked_library(
-        options.exports, "--objects", hidden, "--", options.library)
+        str(shorter), "--objects", hidden, "--", options.library)
 
     longer = folder / "exports.def"
     longer.write_text(Path(options.exports).read_text() + "    PxbExtra\n")

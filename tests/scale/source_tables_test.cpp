@@ -1,0 +1,166 @@
+// Positions and weights, pinned. The values come from the same steps in another language's doubles.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <vector>
+
+#include "scale/source_table.h"
+#include "support/float_environment.h"
+
+namespace pxb::test {
+namespace {
+
+struct Axis {
+    std::int32_t count, source;
+};
+
+std::vector<SourcePoint> TableOf(const Axis& axis, Filter filter, bool tight = false) {
+    std::vector<SourcePoint> points(axis.count, SourcePoint{-77, {1, 2, 3, 4}});
+    FillSourceTable(points.data(), axis.count, axis.source, filter, tight);
+    return points;
+}
+
+std::uint64_t HashOf(const std::vector<SourcePoint>& points) {
+    std::uint64_t hash = 0xCBF29CE484222325;
+    const auto add = [&](std::uint32_t byte) { hash = (hash ^ (byte & 255)) * 0x100000001B3; };
+    for (const SourcePoint& point : points) {
+        for (const int shift : {0, 8, 16, 24})
+            add(static_cast<std::uint32_t>(point.first) >> shift);
+        for (const Byte weight : point.weight) add(weight);
+    }
+    return hash;
+}
+
+using FirstAndWeight = std::array<int, 2>;
+
+TEST(SourceTables, HoldBilinearEdges) {
+    const struct {
+        Axis axis;
+        Filter filter;
+        bool tight;
+        std::vector<FirstAndWeight> wanted;
+    } kCases[] = {
+        {{5, 7}, Filter::kNearest, false, {{0, 0}, {2, 0}, {3, 0}, {4, 0}, {6, 0}}},
+        {{4, 7}, Filter::kBilinear, false, {{0, 96}, {2, 32}, {3, 223}, {5, 159}}},
+        {{7, 3},
+         Filter::kBilinear,
+         false,
+         {{0, 0}, {0, 36}, {0, 146}, {1, 0}, {1, 109}, {1, 219}, {2, 0}}},
+        // Of 24-bit columns the last pixel but one is never interpolated.
+        {{7, 3},
+         Filter::kBilinear,
+         true,
+         {{0, 0}, {0, 36}, {0, 146}, {2, 0}, {2, 0}, {2, 0}, {2, 0}}},
+        {{3, 3}, Filter::kBilinear, true, {{0, 0}, {2, 0}, {2, 0}}},
+        {{7, 2}, Filter::kBilinear, true, {{0, 0}, {1, 0}, {1, 0}, {1, 0}, {1, 0}, {1, 0}, {1, 0}}},
+        {{4, 7}, Filter::kFaded, false, {{0, 96}, {2, 32}, {3, 223}, {5, 159}}},
+        {{7, 3},
+         Filter::kFaded,
+         false,
+         {{-1, 85}, {0, 36}, {0, 146}, {1, 0}, {1, 109}, {1, 219}, {3, 85}}},
+        {{9, 2},
+         Filter::kFaded,
+         false,
+         {{-1, 0}, {-1, 64}, {0, 14}, {0, 71}, {0, 127}, {0, 184}, {0, 241}, {2, 64}, {2, 0}}},
+    };
+    for (const auto& c : kCases) {
+        std::vector<FirstAndWeight> found;
+        for (const SourcePoint& point : TableOf(c.axis, c.filter, c.tight)) {
+            found.push_back({point.first, point.weight[1]});
+            EXPECT_EQ(point.weight[0] + point.weight[2] + point.weight[3], 0);
+        }
+        EXPECT_EQ(found, c.wanted) << c.axis.count << " of " << c.axis.source;
+    }
+}
+
+TEST(SourceTables, HoldSplineWeights) {
+    const struct {
+        Axis axis;
+        std::vector<std::array<int, 5>> wanted;
+    } kCases[] = {
+        {{3, 5}, {{-1, 13, 146, 94, 2}, {1, 43, 169, 43, 0}, {2, 2, 94, 146, 13}}},
+        {{2, 2}, {{-1, 43, 169, 43, 0}, {0, 43, 169, 43, 0}}},
+        {{4, 7},
+         {{-1, 10, 141, 102, 2}, {1, 28, 167, 60, 0}, {2, 0, 60, 167, 28}, {4, 2, 102, 141, 10}}},
+    };
+    for (const auto& c : kCases) {
+        std::vector<std::array<int, 5>> found;
+        for (const SourcePoint& p : TableOf(c.axis, Filter::kSpline))
+            found.push_back({p.first, p.weight[0], p.weight[1], p.weight[2], p.weight[3]});
+        EXPECT_EQ(found, c.wanted) << c.axis.count << " of " << c.axis.source;
+    }
+}
+
+// Long tables, where each addition to the position rounds.
+constexpr struct {
+    Axis axis;
+    std::uint64_t nearest, bilinear, tight, faded, spline;  // spline: where it shrinks
+} kPinned[] = {
+    {{1280, 1920},
+     0x630B09EE21CFC326,
+     0xBD0BECA4003466D4,
+     0xA318EB707C846140,
+     0xBD0BECA4003466D4,
+     0x2F5E9E55957624AC},
+    {{1920, 1280},
+     0xCD6EA7C630A5DA25,
+     0x32A343EBCEDF7CF1,
+     0x6588121C81F18808,
+     0x03828336FDD27535,
+     0},
+    {{1999, 1000},
+     0x85C8CB62BCF21AF9,
+     0x3E0487ADD9D5516A,
+     0x06B1577EB5DB3BB7,
+     0xF8A34A8A4B081E45,
+     0},
+    {{1000, 1999},
+     0xB7AD4EA817C30065,
+     0x30D224D6313C4C71,
+     0x57DB02DF2261DA9E,
+     0x30D224D6313C4C71,
+     0xBAE0022877B34907},
+    {{997, 32603},
+     0x6373C5EF81A8B847,
+     0x195CCD71D1D600C4,
+     0x195CCD71D1D600C4,
+     0x195CCD71D1D600C4,
+     0x2649E6757189591E},
+    {{32749, 3}, 0x99F00738F40564E4, 0x4FB092FC3A771E44, 0xDB9E9BB6F8785A38, 0xA0176E3F26265358, 0},
+    {{7919, 104729},
+     0xF3FEA76C8E8339CA,
+     0x21EF958E304FDDB9,
+     0x21EF958E304FDDB9,
+     0x21EF958E304FDDB9,
+     0x596147AEE818D0BE},
+};
+
+TEST(SourceTables, AreTheSameInEveryFloatingPointEnvironment) {
+    const FloatEnvironment usual = FloatEnvironmentNow();
+    for (const auto& pinned : kPinned) {
+        SCOPED_TRACE(testing::Message() << pinned.axis.count << " of " << pinned.axis.source);
+        for (const FloatEnvironment& environment : kFloatEnvironments) {
+            const auto hash = [&](Filter filter, bool tight = false) {
+                std::vector<SourcePoint> points(pinned.axis.count);
+                SwitchTo(environment);
+                const FloatEnvironment before = FloatEnvironmentNow();
+                FillSourceTable(points.data(), pinned.axis.count, pinned.axis.source, filter,
+                                tight);
+                const FloatEnvironment after = FloatEnvironmentNow();
+                SwitchTo(usual);
+                EXPECT_EQ(before, after);
+                return HashOf(points);
+            };
+            EXPECT_EQ(hash(Filter::kNearest), pinned.nearest);
+            EXPECT_EQ(hash(Filter::kBilinear), pinned.bilinear);
+            EXPECT_EQ(hash(Filter::kBilinear, true), pinned.tight);
+            EXPECT_EQ(hash(Filter::kFaded), pinned.faded);
+            if (pinned.spline) {
+                EXPECT_EQ(hash(Filter::kSpline), pinned.spline);
+            }
+        }
+    }
+}
+
+}  // namespace
+}  // namespace pxb::test
