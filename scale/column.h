@@ -21,6 +21,7 @@ constexpr ByteOfGroup kZeroByte = {0, 1, 0, 0, -1};
 
 struct PixelLayout {
     Byte group_bytes;  // of the destination
+    bool has_zero_byte;
     ByteOfGroup bytes[4];
 };
 

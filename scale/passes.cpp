@@ -1,8 +1,6 @@
 // The kernels of scaling in plain code.
 #include "scale/passes.h"
 
-#include <cstring>
-
 #include "scale/plain_columns.h"
 #include "scale/row_loop.h"
 
@@ -32,8 +30,7 @@ void ScaleNearest(const ScaleJob& job) {
 
 void ScaleBilinear(const ScaleJob& job) {
     Scratch scratch(job);
-    Byte* const zeros = scratch.Take<Byte>(job.src_row_bytes);
-    std::memset(zeros, 0, static_cast<std::size_t>(job.src_row_bytes));
+    Byte* const zeros = TakeZeros(scratch, job.src_row_bytes);
     Byte* const row = TakeRow(scratch, job.src_row_bytes);
     BlendColumn* const columns = TakeBlendColumns(scratch, job);
     ForScaledRows(job, [&](Byte* to, const Byte* src, const SourcePoint& point) {

@@ -22,7 +22,7 @@ struct ScaleJob {
 
 // Enough for any kernel: two rows of the source with room around them, and tables.
 constexpr std::int64_t ScratchBytes(std::int64_t dst_row_bytes, std::int64_t src_row_bytes) {
-    return 2 * (src_row_bytes + 512) + 10 * dst_row_bytes + 2048;
+    return 2 * (src_row_bytes + 512) + 11 * dst_row_bytes + 4096;
 }
 
 using ScaleKernel = void(const ScaleJob& job);
@@ -34,10 +34,12 @@ using ScaleKernel = void(const ScaleJob& job);
     ScaleKernel ScaleSpline;                                                \
     }
 PXB_DECLARE_SCALE_KERNELS(plain)
+PXB_DECLARE_SCALE_KERNELS(sse2)
+PXB_WIDE_TARGETS(PXB_TARGET_ALONE, PXB_DECLARE_SCALE_KERNELS)
 #undef PXB_DECLARE_SCALE_KERNELS
 
-constexpr Variants<ScaleKernel> kScaleNearest = {plain::ScaleNearest};
-constexpr Variants<ScaleKernel> kScaleBilinear = {plain::ScaleBilinear};
-constexpr Variants<ScaleKernel> kScaleSpline = {plain::ScaleSpline};
+constexpr auto kScaleNearest = PXB_VARIANTS_FROM_SSE2(ScaleNearest);
+constexpr auto kScaleBilinear = PXB_VARIANTS_FROM_SSE2(ScaleBilinear);
+constexpr auto kScaleSpline = PXB_VARIANTS_FROM_SSE2(ScaleSpline);
 
 }  // namespace pxb

@@ -29,6 +29,12 @@ PXB_INLINE Byte* TakeRow(Scratch& scratch, std::ptrdiff_t bytes) {
     return scratch.Take<Byte>(kRoomBefore + bytes + kRoomBehind) + kRoomBefore;
 }
 
+PXB_INLINE Byte* TakeZeros(Scratch& scratch, std::ptrdiff_t bytes) {
+    Byte* const zeros = scratch.Take<Byte>(bytes);
+    for (std::ptrdiff_t i = 0; i < bytes; ++i) zeros[i] = 0;
+    return zeros;
+}
+
 PXB_INLINE bool AreEqual(const SourcePoint& a, const SourcePoint& b) {
     return a.first == b.first && a.weight[0] == b.weight[0] && a.weight[1] == b.weight[1] &&
            a.weight[2] == b.weight[2] && a.weight[3] == b.weight[3];

@@ -69,7 +69,7 @@ std::int64_t PointBytesOf(const ScaleExtents& e) {
 
 // A fourth byte that the source does not have becomes 0.
 PixelLayout LayoutOfPixels(int src_bytes, int dst_bytes) {
-    PixelLayout layout = {static_cast<Byte>(dst_bytes), {}};
+    PixelLayout layout = {static_cast<Byte>(dst_bytes), dst_bytes > src_bytes, {}};
     for (int k = 0; k < dst_bytes; ++k)
         layout.bytes[k] = k < src_bytes ? ByteOfGroup{0, 1, 0, static_cast<Byte>(src_bytes),
                                                       static_cast<std::int8_t>(k)}
@@ -79,7 +79,7 @@ PixelLayout LayoutOfPixels(int src_bytes, int dst_bytes) {
 
 // Y0 U Y1 V: luma of the first table, two points a group, chroma of the second.
 constexpr PixelLayout kPacked422 = {
-    4, {{0, 2, 0, 2, 0}, {1, 1, 0, 4, 1}, {0, 2, 1, 2, 0}, {1, 1, 0, 4, 3}}};
+    4, false, {{0, 2, 0, 2, 0}, {1, 1, 0, 4, 1}, {0, 2, 1, 2, 0}, {1, 1, 0, 4, 3}}};
 
 void Run(Filter filter, const ScaleJob& job) {
     switch (filter) {
