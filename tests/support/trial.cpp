@@ -28,15 +28,28 @@ void Trial::Place(ImageBuffer& image, const GuardedMemory& memory, const Visited
 
 testing::AssertionResult Trial::Compare(ImageBuffer dst, ImageBuffer src,
                                         const Reference& reference, const Converter& convert) {
+    return CompareEach(dst, src, reference, {convert});
+}
+
+testing::AssertionResult Trial::CompareEach(ImageBuffer dst, ImageBuffer src,
+                                            const Reference& reference,
+                                            const std::vector<Converter>& converters) {
     std::memcpy(expected_.data(), background_.data(), background_.size());
+    ImageBuffer expected = dst;
+    expected.data = expected_.data() + (dst.data - dst_memory.Base());
+    reference(expected, src);
+    for (std::size_t i = 0; i < converters.size(); ++i)
+        if (const auto result = CompareOne(dst, src, converters[i]); !result)
+            return testing::AssertionFailure() << "converter " << i << ": " << result.message();
+    return testing::AssertionSuccess();
+}
+
+testing::AssertionResult Trial::CompareOne(ImageBuffer dst, ImageBuffer src,
+                                           const Converter& convert) {
     std::uint8_t* const areas[] = {dst_memory.First(), dst_memory.Second()};
     const auto offset = [&](const std::uint8_t* p) { return p - dst_memory.Base(); };
     for (std::uint8_t* area : areas)
         std::memcpy(area, background_.data() + offset(area), GuardedMemory::kArea);
-
-    ImageBuffer expected = dst;
-    expected.data = expected_.data() + offset(dst.data);
-    reference(expected, src);
     const std::int32_t result = convert(&dst, &src);
     if (result != PXB_SUCCESS) return testing::AssertionFailure() << "result " << result;
 

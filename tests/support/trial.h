@@ -53,10 +53,16 @@ class Trial {
     // reference leaves there, and not write to the source. Both images have their places.
     testing::AssertionResult Compare(ImageBuffer dst, ImageBuffer src, const Reference& reference,
                                      const Converter& convert);
+    // The same of several, one after another, beside one run of the reference.
+    testing::AssertionResult CompareEach(ImageBuffer dst, ImageBuffer src,
+                                         const Reference& reference,
+                                         const std::vector<Converter>& converters);
 
     GuardedMemory dst_memory, src_memory;
 
   private:
+    testing::AssertionResult CompareOne(ImageBuffer dst, ImageBuffer src, const Converter& convert);
+
     std::vector<std::uint8_t> background_, expected_;
 };
 

@@ -1,0 +1,314 @@
+// What scaling does to pictures, as people would see it: in every variant, without the reference.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <sstream>
+
+#include "support/image.h"
+#include "support/variants.h"
+
+namespace pxb::test {
+namespace {
+
+constexpr int kScaled[] = {PXB_RGB24, PXB_RGB32, PXB_YV12, PXB_YUY2, PXB_I420, PXB_RGB8};
+constexpr std::int32_t kSteady[] = {0, 1, 5, 6};  // modes without faded borders
+
+Image MakeImage(int format, Size size, std::uint32_t seed = 0) {
+    Image image(format, size, seed);
+    image.record.bitsPerPixel = 8 * BytesPerPixel(format);
+    return image;
+}
+
+Image Resized(const Image& src, Size size, std::int32_t mode) {
+    Image dst = MakeImage(src.record.format, size);
+    EXPECT_EQ(PxbResize(&dst.record, &src.record, &mode), PXB_SUCCESS);
+    return dst;
+}
+
+// Mode 6 is for shrinking in both directions.
+bool IsFor(std::int32_t mode, Size from, Size to) {
+    return mode != 6 || (to.width < from.width && to.height < from.height);
+}
+
+std::string Name(int format, Size from, Size to, std::int32_t mode) {
+    std::ostringstream text;
+    text << kFormatNames[format] << ", mode " << mode << ", " << from.width << " x " << from.height
+         << " to " << to.width << " x " << to.height;
+    return text.str();
+}
+
+template <class Check>
+void InEveryVariant(const Check& check) {
+    for (const Variant& variant : RunnableVariants()) {
+        SCOPED_TRACE(variant.name);
+        const ForcedProcessor forced(variant.words);
+        check();
+    }
+}
+
+// ---- Rows worked by hand ----
+
+struct Worked {
+    int format;
+    std::int32_t mode;
+    std::vector<Byte> src;  // one row, repeated
+    int src_rows;
+    std::vector<Byte> first, last;  // rows of the destination, which has two
+};
+
+TEST(ScaledContent, RowsWorkedByHand) {
+    const Worked cases[] = {
+        // Positions -1/4, 1/4, 3/4, ... give weights 64 and 191.
+        {PXB_RGB8,
+         1,
+         {0, 100, 200, 40},
+         2,
+         {0, 25, 74, 125, 174, 160, 80, 40},
+         {0, 25, 74, 125, 174, 160, 80, 40}},
+        // The edges keep 128 and 127 parts of 256, the last row 255 of them.
+        {PXB_RGB8,
+         2,
+         {80, 100, 200, 40},
+         2,
+         {40, 85, 94, 125, 174, 160, 80, 19},
+         {39, 84, 93, 124, 173, 159, 79, 19}},
+        // Taps of half-way positions weigh 5, 123, 122, 5.
+        {PXB_RGB8, 6, {10, 20, 200, 90}, 4, {19, 142}, {19, 142}},
+        {PXB_RGB8, 3, {10, 20, 200, 90}, 4, {19, 142}, {19, 142}},
+        // Of 24-bit pixels the last two columns are the edge.
+        {PXB_RGB24,
+         1,
+         {1, 2, 3, 4, 5, 6, 7, 8, 9},
+         2,
+         {1, 2, 3, 7, 8, 9, 7, 8, 9},
+         {1, 2, 3, 7, 8, 9, 7, 8, 9}},
+        {PXB_RGB32, 0, {1, 2, 3, 4, 5, 6, 7, 8}, 3, {5, 6, 7, 8}, {5, 6, 7, 8}},
+        // Luma as above; two samples of chroma have the positions 1/2 - 1/2 and so on.
+        {PXB_YUY2,
+         1,
+         {0, 50, 100, 90, 200, 70, 40, 30},
+         2,
+         {0, 50, 25, 90, 74, 55, 125, 75, 174, 64, 160, 45, 80, 70, 40, 30},
+         {0, 50, 25, 90, 74, 55, 125, 75, 174, 64, 160, 45, 80, 70, 40, 30}},
+        // Nothing is written where a mode has no routine.
+        {PXB_RGB24,
+         4,
+         {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12},
+         4,
+         {0, 0, 0, 0, 0, 0},
+         {0, 0, 0, 0, 0, 0}},
+        {PXB_RGB32,
+         6,
+         {1, 2, 3, 4, 5, 6, 7, 8},
+         2,
+         {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0},
+         {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}},
+    };
+    InEveryVariant([&] {
+        for (const Worked& c : cases) {
+            const int bytes = BytesPerPixel(c.format);
+            const auto pixels = [&](const auto& row) {
+                return static_cast<int>(row.size()) / bytes;
+            };
+            Image src = MakeImage(c.format, {pixels(c.src), c.src_rows});
+            src.Tile(c.src);
+            const Image dst = Resized(src, {pixels(c.first), 2}, c.mode);
+            std::vector<Byte> wanted = c.first;
+            wanted.insert(wanted.end(), c.last.begin(), c.last.end());
+            EXPECT_EQ(dst.First(wanted.size()), wanted)
+                << kFormatNames[c.format] << ", mode " << c.mode;
+        }
+    });
+}
+
+// ---- Facts ----
+
+// Mode 2 fades where an axis does not shrink; the packed route has no modes.
+TEST(ScaledContent, OneColorStaysExceptAtFadedBorders) {
+    constexpr Size kSizes[] = {{6, 4}, {30, 22}, {64, 48}, {202, 30}};
+    InEveryVariant([&] {
+        for (const int format : kScaled)
+            for (const Size from : kSizes)
+                for (const Size to : kSizes)
+                    for (const std::int32_t mode : {0, 1, 2, 5, 6}) {
+                        if (!IsFor(mode, from, to)) continue;
+                        SCOPED_TRACE(Name(format, from, to, mode));
+                        Image src = MakeImage(format, from), wanted = MakeImage(format, to);
+                        PxbFillColor(&src.record, 0xFFC8E1);
+                        PxbFillColor(&wanted.record, 0xFFC8E1);
+                        const Image dst = Resized(src, to, mode);
+                        const bool fades = mode == 2 && format != PXB_YUY2;
+                        const bool across = fades && to.width >= from.width;
+                        const bool down = fades && to.height >= from.height;
+                        EXPECT_EQ(dst == wanted, !across && !down);
+                        const int x = to.width / 2, y = to.height / 2, color = *wanted.At(x, y);
+                        EXPECT_EQ(*dst.At(x, y), color);
+                        EXPECT_EQ(*dst.At(to.width - 1, y) < color, across);
+                        EXPECT_EQ(*dst.At(x, to.height - 1) < color, down);
+                    }
+    });
+}
+
+// A 4:2:0 image with its two planes of chroma exchanged.
+Image Swapped(const Image& from, int format) {
+    Image to = MakeImage(format, {from.record.width, from.record.height});
+    const int luma = from.record.stride * from.record.height;
+    std::vector<Byte> bytes = from.First(luma * 3 / 2);
+    std::rotate(bytes.begin() + luma, bytes.begin() + luma * 5 / 4, bytes.end());
+    std::memcpy(to.record.data, bytes.data(), bytes.size());
+    return to;
+}
+
+TEST(ScaledContent, BothOrdersOfPlanesScaleAlike) {
+    const Size from = {62, 44};
+    const Image i420 = MakeImage(PXB_I420, from, 1), yv12 = Swapped(i420, PXB_YV12);
+    InEveryVariant([&] {
+        for (const std::int32_t mode : {0, 1, 2, 3, 4, 5, 6})
+            for (const Size to : {Size{26, 18}, Size{90, 70}, Size{14, 40}})
+                EXPECT_TRUE(Resized(yv12, to, mode) == Swapped(Resized(i420, to, mode), PXB_YV12))
+                    << Name(PXB_I420, from, to, mode);
+    });
+}
+
+TEST(ScaledContent, WholeFactorsRepeatOrPickPixels) {
+    InEveryVariant([] {
+        for (const int format : {PXB_RGB24, PXB_RGB32, PXB_RGB8})
+            for (int factor = 1; factor <= 9; ++factor) {
+                const Size small = {13, 5}, large = {13 * factor, 5 * factor};
+                const Image few = MakeImage(format, small, 1), many = MakeImage(format, large, 1);
+                const Image repeated = Resized(few, large, 0), picked = Resized(many, small, 0);
+                const int bytes = BytesPerPixel(format);
+                for (int y = 0; y < large.height; ++y)
+                    for (int x = 0; x < large.width; ++x)
+                        ASSERT_EQ(
+                            std::memcmp(repeated.At(x, y), few.At(x / factor, y / factor), bytes),
+                            0)
+                            << kFormatNames[format] << ", " << factor;
+                for (int y = 0; y < small.height; ++y)
+                    for (int x = 0; x < small.width; ++x)
+                        ASSERT_EQ(
+                            std::memcmp(picked.At(x, y),
+                                        many.At(x * factor + factor / 2, y * factor + factor / 2),
+                                        bytes),
+                            0)
+                            << kFormatNames[format] << ", " << factor;
+            }
+    });
+}
+
+// In 24-bit pixels the last but one column shows the last.
+TEST(ScaledContent, TheSameSizeReproducesThePicture) {
+    InEveryVariant([] {
+        for (const int format : kScaled)
+            for (const std::int32_t mode : {0, 1, 5})
+                for (const Size size : {Size{2, 2}, Size{40, 6}, Size{302, 8}}) {
+                    const Image src = MakeImage(format, size, 1);
+                    const Image dst = Resized(src, size, mode);
+                    std::size_t bytes = std::size_t(src.record.stride) * size.height;
+                    if (format == PXB_YV12 || format == PXB_I420) bytes = bytes * 3 / 2;
+                    std::vector<Byte> wanted = src.First(bytes);
+                    for (int y = 0; format == PXB_RGB24 && mode != 0 && y < size.height; ++y)
+                        std::memcpy(&wanted[y * src.record.stride + 3 * (size.width - 2)],
+                                    src.At(size.width - 1, y), 3);
+                    EXPECT_EQ(dst.First(bytes), wanted) << Name(format, size, size, mode);
+                }
+    });
+}
+
+// ---- Edges and ramps ----
+
+constexpr int kLight = 200;
+
+// Samples of one plane: luma, or chroma of half the width.
+struct Samples {
+    Byte* first;
+    int step, stride, width, height;
+
+    int At(int x, int y) const { return first[y * stride + x * step]; }
+};
+
+std::vector<Samples> PlanesOf(const Image& image) {
+    const auto& [data, bits, stride, width, height, format, alpha] = image.record;
+    if (format == PXB_YUY2)
+        return {{data, 2, stride, width, height},
+                {data + 1, 4, stride, width / 2, height},
+                {data + 3, 4, stride, width / 2, height}};
+    const int luma = stride * height;
+    return {{data, 1, stride, width, height},
+            {data + luma, 1, stride / 2, width / 2, height / 2},
+            {data + luma + luma / 4, 1, stride / 2, width / 2, height / 2}};
+}
+
+// Dark up to the edge, which is in parts of the whole, then light.
+void PaintEdge(const Image& image, double edge, bool across) {
+    for (const Samples& s : PlanesOf(image))
+        for (int y = 0; y < s.height; ++y)
+            for (int x = 0; x < s.width; ++x)
+                s.first[y * s.stride + x * s.step] =
+                    (across ? double(x) / s.width : double(y) / s.height) < edge ? 0 : kLight;
+}
+
+double EdgeOf(const Samples& s, bool across) {
+    const int count = across ? s.width : s.height;
+    double dark = 0;
+    for (int i = 0; i < count; ++i)
+        dark += kLight - (across ? s.At(i, s.height / 2) : s.At(s.width / 2, i));
+    return dark / kLight / count;
+}
+
+// Over many edges, since shrinking bilinearly skips pixels. A wrong centre of chroma would show as
+// half a sample.
+TEST(ScaledContent, NeitherLumaNorChromaIsShifted) {
+    constexpr Size kFrom = {64, 64};
+    constexpr int kFirst = 8, kEnd = 56;
+    const auto mean_shifts = [&](int format, Size to, std::int32_t mode, bool across) {
+        std::vector<double> shifts(3);  // in samples of the plane
+        Image src = MakeImage(format, kFrom);
+        for (int at = kFirst; at < kEnd; at += 2) {
+            const double edge = at / 64.0;
+            PaintEdge(src, edge, across);
+            const Image dst = Resized(src, to, mode);
+            for (int i = 0; i < 3; ++i) {
+                const Samples s = PlanesOf(dst)[i];
+                shifts[i] += (EdgeOf(s, across) - edge) * (across ? s.width : s.height);
+            }
+        }
+        for (double& shift : shifts) shift /= (kEnd - kFirst) / 2;
+        return shifts;
+    };
+    InEveryVariant([&] {
+        for (const int format : {PXB_I420, PXB_YUY2})
+            for (const Size to : {Size{42, 42}, Size{32, 32}, Size{16, 18}, Size{126, 192}})
+                for (const std::int32_t mode : {1, 6})
+                    for (const bool across : {true, false}) {
+                        if (!IsFor(mode, kFrom, to)) continue;
+                        for (const double shift : mean_shifts(format, to, mode, across))
+                            EXPECT_NEAR(shift, 0, 0.1) << Name(format, kFrom, to, mode);
+                    }
+    });
+}
+
+TEST(ScaledContent, RampsStayMonotone) {
+    constexpr Size kFrom = {256, 40};
+    InEveryVariant([&] {
+        for (const int format : {PXB_RGB8, PXB_RGB24, PXB_RGB32})
+            for (const Size to : {Size{255, 39}, Size{200, 20}, Size{171, 27}, Size{64, 10},
+                                  Size{384, 60}, Size{1000, 41}})
+                for (const std::int32_t mode : kSteady) {
+                    if (!IsFor(mode, kFrom, to)) continue;
+                    Image src = MakeImage(format, kFrom);
+                    const int bytes = BytesPerPixel(format);
+                    for (int y = 0; y < kFrom.height; ++y)
+                        for (int i = 0; i < kFrom.width * bytes; ++i)
+                            src.At(0, y)[i] = static_cast<Byte>(i / bytes);
+                    const Image dst = Resized(src, to, mode);
+                    for (int y = 0; y < to.height; ++y)
+                        for (int i = bytes; i < to.width * bytes; ++i)
+                            ASSERT_GE(dst.At(0, y)[i], dst.At(0, y)[i - bytes])
+                                << Name(format, kFrom, to, mode) << ", byte " << i;
+                }
+    });
+}
+
+}  // namespace
+}  // namespace pxb::test
