@@ -7,6 +7,7 @@
 
 #include "bench/machine.h"
 #include "bench/report.h"
+#include "bench/scale_rows.h"
 
 namespace pxb::bench {
 namespace {
@@ -18,7 +19,7 @@ struct Options {
     std::vector<std::string> rows;
     std::vector<std::string> sizes;
     int rounds = 0;  // 0: as `quick` says
-    bool quick = false;
+    bool quick = false, quality = false;
     std::string json_path;
     std::vector<std::string> compare_paths;
 };
@@ -98,6 +99,7 @@ int Start(int argc, char** argv) {
     app.add_option("--rounds", options.rounds, "Rounds, rounded up to a multiple of 3 (21)")
         ->check(CLI::Range(1, 10000));
     app.add_flag("--quick", options.quick, "One size, 6 rounds, shorter samples, one attempt");
+    app.add_flag("--quality", options.quality, "Times nothing: how exactly bilinear scaling works");
     app.add_option("--json", options.json_path, "Write the results to this file");
     app.add_option("--compare", options.compare_paths, "Results of another build, from --json")
         ->delimiter(',');
@@ -105,6 +107,10 @@ int Start(int argc, char** argv) {
         app.parse(argc, argv);
     } catch (const CLI::CallForHelp&) {
         std::fputs(app.help().c_str(), stdout);
+        return 0;
+    }
+    if (options.quality) {
+        PrintScalingQuality();
         return 0;
     }
     if (options.sizes.empty() && options.quick) options.sizes = {"1920x1080"};

@@ -10,6 +10,7 @@ namespace pxb::bench {
 namespace {
 
 constexpr int kBits = 8 * sizeof(void*);
+constexpr int kNameWidth = 35;
 
 std::vector<std::string> Columns() {
     std::vector<std::string> columns = VariantNames();
@@ -145,14 +146,14 @@ void PrintHead() {
         "a plain copy of the bytes written: median, lower quartile. Then the target, if any, and\n"
         "what AVX2 and our widest variant reach of it, each as if nothing wider were there; and\n"
         "the variants that are slower than a narrower one, by medians and by best times.\n\n");
-    std::printf("%-24s", "");
+    std::printf("%-*s", kNameWidth, "");
     for (const std::string& column : Columns()) std::printf("%8s  ", column.c_str());
     std::printf("%7s  %11s  %11s\n", "best", "x library", "x copy");
 }
 
 void PrintLine(const Result& result) {
     if (result.answer) return;
-    std::printf("%-24s", NameOf(result).c_str());
+    std::printf("%-*s", kNameWidth, NameOf(result).c_str());
     if (!result.fault.empty()) {
         std::printf("  not timed: %s\n", result.fault.c_str());
         return;
@@ -213,7 +214,7 @@ void PrintComparison(std::span<const Result> results, const Baseline& baseline) 
         kBits, baseline.bits, kSlower);
     for (const Result& result : results) {
         if (result.series.empty()) continue;
-        std::printf("%-24s", NameOf(result).c_str());
+        std::printf("%-*s", kNameWidth, NameOf(result).c_str());
         const std::vector<const Series*> judged = Judged(result);
         for (const Series& series : result.series) {
             const auto there = baseline.best.find({NameOf(result), series.name});

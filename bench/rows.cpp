@@ -1,8 +1,9 @@
-// The rows: every supported pair, the channels and the fills.
+// The rows: every supported pair, the channels and the fills, and what other files add.
 #include "bench/rows.h"
 
 #include "bench/blend_rows.h"
 #include "bench/flip_rows.h"
+#include "bench/scale_rows.h"
 
 namespace pxb::bench {
 namespace {
@@ -74,7 +75,7 @@ double Target::At(int width, int height) const {
 std::span<const Row> Rows() {
     static const std::vector<Row> rows = [] {
         std::vector<Row> all(std::begin(kRows), std::end(kRows));
-        for (const std::vector<Row>& family : {FlipRows(), BlendRows()})
+        for (const std::vector<Row>& family : {ScaleRows(), FlipRows(), BlendRows()})
             all.insert(all.end(), family.begin(), family.end());
         return all;
     }();

@@ -14,7 +14,7 @@ packages_test=(
     nlohmann-json3-dev)                 # the benchmark, without its peers
 packages_format=(clang-format)
 packages_bench=(
-    libyuv-dev libpixman-1-dev libswscale-dev libavutil-dev
+    libyuv-dev libpixman-1-dev libswscale-dev libavutil-dev libzimg-dev
     libopencv-core-dev libopencv-imgproc-dev)
 
 wanted=()
