@@ -34,11 +34,14 @@ cmp card.bmp converted.bmp || fail "the card and its conversion differ"
 pxb convert card.y4m card.i420 || fail "convert to raw frames"
 expect "$(wc -c <card.i420)" $((3 * (101 * 75 + 2 * 51 * 38)))
 pxb convert card.i420 back.bmp --size 101x75 && cmp card.bmp back.bmp || fail "raw frames"
+pxb resize card.i420 half.bmp --in-size 101x75 --size 51x38 --mode shrink --frame 1 \
+    --from-rect 0,0,100,74 --to-rect 1,1,51,38 || fail resize
+expect "$(pxb info half.bmp | grep -c '^size        51 x 38')" 1
 expect "$(pxb info card.y4m | grep -c '^frames      3, 25 a second')" 1
 pxb flip card.y4m back.y4m --vertical && pxb flip back.y4m again.i420 --vertical &&
     head -c $((101 * 74)) card.i420 | cmp -n $((101 * 74)) - again.i420 || fail "flip of a video"
 pxb --version | grep -qE '^pxb [0-9.]+.?$' || fail "--version"
-for command in "" testcard info convert channel flip blend; do
+for command in "" testcard info convert channel resize flip blend; do
     pxb $command --help | grep -q "^Usage: pxb" || fail "$command --help"
 done
 
@@ -49,6 +52,10 @@ refused "--size: 0x4" testcard out.y4m --size 0x4
 refused "--size: 65536x65536x2" testcard out.y4m --size 65536x65536x2
 refused "size: 65536x65536" testcard out.y4m --size 65536x65536
 refused "--format: YUV9" info card.i420 --size 4x4 --format YUV9
+refused "--mode: cubic: is not one of 0 nearest" resize card.bmp out.bmp --size 9x9 --mode cubic
+refused "--to-rect: 0,0,9: should be L,T,R,B" resize card.bmp out.bmp --size 9x9 --mode 1 --to-rect 0,0,9
+refused "out.bmp: --to-rect: 0,0,10,9: is" resize card.bmp out.bmp --size 9x9 --mode 1 --to-rect 0,0,10,9
+refused "--size is required" resize card.bmp out.bmp --mode 1
 refused "--channel" channel card.bmp out.bmp --channel 6
 refused "--at: 7" blend card.y4m card.bmp out.y4m --at 7
 refused "card.bmp: format: RGB24: has no alpha" blend card.y4m card.bmp out.y4m

@@ -3,6 +3,7 @@
 
 #include "convert.h"
 #include "error.h"
+#include "geometry.h"
 #include "overlay.h"
 #include "testcard.h"
 
@@ -46,6 +47,7 @@ class FrameWriter {
             video.format = picture.format();
             video.comments.clear();
         }
+        video.size = picture.size();
         type_.write(*output_, video, picture, frames_++);
     }
 
@@ -140,6 +142,19 @@ void BlendOver(const InputOptions& background, const OverlayOptions& options,
               [&](const std::string& file, const Video& video, const Picture& picture) {
                   writer.WriteConverted(file, video, overlay.Over(file, picture));
               });
+    writer.Commit();
+}
+
+void ResizeFile(const InputOptions& from, const OutputOptions& to, const Scaling& scaling) {
+    FrameWriter writer(to);
+    if (scaling.to) CheckRect(to.path, "--to-rect", *scaling.to, scaling.size);
+    ForFrames(from, writer, [&](const std::string& file, Video video, const Picture& picture) {
+        const Picture scaled = Resize(file, picture, scaling);
+        if (writer.frames() == 0) CheckMode(file, picture, scaling);
+        if (!video.aspect.empty() && !KeepsProportions(picture, scaling))
+            video.aspect = "0:0";  // unknown
+        writer.WriteConverted(file, video, scaled);
+    });
     writer.Commit();
 }
 

@@ -6,6 +6,7 @@
 #include "file_types.h"
 #include "flip.h"
 #include "geometry.h"
+#include "resize.h"
 
 namespace pxb::tool {
 
@@ -38,5 +39,6 @@ void BlendOver(const InputOptions& background, const OverlayOptions& overlay,
                const OutputOptions& to);
 void FlipFile(const InputOptions& from, const OutputOptions& to, Mirror mirror,
               const std::optional<Rect>& part);
+void ResizeFile(const InputOptions& from, const OutputOptions& to, const Scaling& scaling);
 
 }  // namespace pxb::tool

@@ -15,12 +15,6 @@ std::int32_t ResultOf(PixelFormat from, PixelFormat to) {
     return PxbColorSpaceConv(&target.image(), &source.image());
 }
 
-std::string ResultName(std::int32_t result) {
-    static constexpr std::string_view kNames[] = {"PXB_SUCCESS", "PXB_UNSUPPORTED",
-                                                  "PXB_BAD_ARGUMENT", "PXB_FAILURE"};
-    return std::to_string(result) + " (" + std::string(kNames[result]) + ")";
-}
-
 // A format that both halves of the way convert, preferring those that lose least.
 std::optional<PixelFormat> FormatBetween(PixelFormat from, PixelFormat to) {
     for (const PixelFormat between : {PXB_YUY2, PXB_RGB32, PXB_RGB24, PXB_I420, PXB_YV12})
@@ -36,6 +30,12 @@ std::string Advice(PixelFormat from, PixelFormat to) {
 }
 
 }  // namespace
+
+std::string ResultName(std::int32_t result) {
+    static constexpr std::string_view kNames[] = {"PXB_SUCCESS", "PXB_UNSUPPORTED",
+                                                  "PXB_BAD_ARGUMENT", "PXB_FAILURE"};
+    return std::to_string(result) + " (" + std::string(kNames[result]) + ")";
+}
 
 bool Converts(PixelFormat from, PixelFormat to) {
     return ResultOf(from, to) == PXB_SUCCESS;

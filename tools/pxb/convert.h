@@ -1,11 +1,16 @@
 // The library's operations, one call a picture, with answers that people understand.
 #pragma once
+#include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "geometry.h"
 #include "picture.h"
 
 namespace pxb::tool {
+
+// "1 (PXB_UNSUPPORTED)".
+std::string ResultName(std::int32_t result);
 
 // Whether the library converts this pair of formats.
 bool Converts(PixelFormat from, PixelFormat to);

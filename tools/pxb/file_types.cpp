@@ -93,9 +93,10 @@ const FileType& InputType(InputFile& input, const RawLayout& layout) {
     const FileType* const type = FindInputType(input, layout);
     if (!type)
         throw Error(input.name(), "file type", input.AtEnd() ? "empty" : "unknown",
-                    "give --size WxH and --format NAME if it holds raw frames");
+                    "give " + std::string(layout.size_option) +
+                        " WxH and --format NAME if it holds raw frames");
     if (type->read != ReadRaw && (layout.size || layout.format))
-        throw Error(input.name(), layout.size ? "--size" : "--format", "",
+        throw Error(input.name(), layout.size ? layout.size_option : "--format", "",
                     "is for raw frames, and this is a " + std::string(type->description));
     return *type;
 }

@@ -28,6 +28,7 @@ struct Video {
 struct RawLayout {
     std::optional<Size> size;
     std::optional<PixelFormat> format;
+    std::string_view size_option = "--size";  // how they say it
 };
 
 // Takes the frames one by one, numbered from 0; false: no more are wanted.

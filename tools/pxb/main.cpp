@@ -30,7 +30,8 @@ Examples:
   pxb convert photo.png - --type bmp --to RGB32 | pxb convert - photo.nv12
   pxb channel photo.png grey.png --channel 1     one channel as a grey picture
   pxb blend card.y4m logo.png out.y4m --at 16,16 a logo over every frame
-  pxb flip card.y4m back.y4m --horizontal        every frame mirrored left to right)";
+  pxb flip card.y4m back.y4m --horizontal        every frame mirrored left to right
+  pxb resize card.y4m small.y4m --size 384x288 --mode shrink)";
 
 constexpr char kAboutFiles[] =
     R"(Pixel formats by code: 1 RGB24 (bytes B G R), 2 RGB32 (B G R X), 3 YV12 (planes Y V U),
@@ -40,6 +41,17 @@ chroma of half width), 8 AYUV32 (bytes A Y U V), 9 NV12 (planes Y and U V pairs)
 Raw frames are rows without gaps, planes without gaps, frames without gaps. RGB24 rows hold 3 bytes
 a pixel, RGB32 and AYUV32 4, RGB8 1, YUY2 4 for two pixels; chroma planes have (width + 1) / 2
 samples a row and in 4:2:0 (height + 1) / 2 rows. The extension may name the format: shot.nv12.)";
+
+constexpr char kAboutModes[] =
+    R"(Modes: nearest takes the pixel under the centre of the new one; bilinear and bilinear-5 blend the
+two by two pixels around it; faded is bilinear with borders that fade to black where the picture does
+not shrink; shrink weighs four by four pixels, and is for shrinking in both directions; half and
+half-faded are bilinear and faded as long as the picture does not shrink to half or less in both
+directions. Where a mode has no way for a format, nothing would be written, and the tool refuses:
+shrink that does not shrink, half and half-faded that do, both in RGB24 and RGB32. Grey and 4:2:0
+pictures have them all; YUY2 is always bilinear. RGB24, RGB32, RGB8, YV12, I420 and YUY2 scale.
+
+Rectangles are left, top, right and bottom in pixels, right and bottom exclusive.)";
 
 // Asked of the library itself.
 std::string ConversionHelp() {
@@ -59,15 +71,16 @@ PixelFormat ParseFormat(std::string_view option, const std::string& text) {
 
 // The program's options as text, shared by the commands; each command offers some of them.
 struct Arguments {
-    std::string input, output, size, format, to, type, rect;
-    std::string overlay, alpha, at = "0,0", from_rect;
+    std::string input, output, size, format, to, type, rect, new_size, mode, from_rect, to_rect;
+    std::string overlay, alpha, at = "0,0";
     std::optional<std::int64_t> frame;
     int frames = 1, channel = 0;
     bool horizontal = false, vertical = false;
 
-    void AddInput(CLI::App& command, const std::string& name = "IN") {
+    void AddInput(CLI::App& command, const std::string& name = "IN",
+                  const std::string& size_name = "--size") {
         command.add_option(name, input, "file to read, or -")->required();
-        command.add_option("--size", size, "raw frames: their size")->type_name("WxH");
+        command.add_option(size_name, size, "raw frames: their size")->type_name("WxH");
         command.add_option("--format", format, "raw frames: their format")->type_name("NAME");
     }
     void AddOutput(CLI::App& command) {
@@ -83,9 +96,10 @@ struct Arguments {
         command.add_option("--to", to, "format of OUT; " + otherwise)->type_name("NAME");
     }
 
-    InputOptions Input() const {
+    InputOptions Input(std::string_view size_name = "--size") const {
         InputOptions options{input, {}, frame};
-        if (!size.empty()) options.layout.size = ParseSize("--size", size);
+        options.layout.size_option = size_name;
+        if (!size.empty()) options.layout.size = ParseSize(size_name, size);
         if (!format.empty()) options.layout.format = ParseFormat("--format", format);
         return options;
     }
@@ -102,6 +116,12 @@ struct Arguments {
         OutputOptions options{output, type, {}};
         if (!to.empty()) options.format = ParseFormat("--to", to);
         return options;
+    }
+    Scaling NewSize() const {
+        Scaling scaling{ParseSize("--size", new_size), ParseMode("--mode", mode), {}, {}};
+        if (!from_rect.empty()) scaling.from = ParseRect("--from-rect", from_rect);
+        if (!to_rect.empty()) scaling.to = ParseRect("--to-rect", to_rect);
+        return scaling;
     }
 };
 
@@ -177,6 +197,21 @@ void Run(int argc, char** argv) {
     arguments.AddFrame(flip);
     flip.footer(kAboutFiles);
 
+    CLI::App& resize = *app.add_subcommand("resize", "Scale a file, one library call a frame");
+    arguments.AddInput(resize, "IN", "--in-size");
+    arguments.AddOutput(resize);
+    resize.add_option("--size", arguments.new_size, "size of OUT")->type_name("WxH")->required();
+    resize.add_option("--mode", arguments.mode, ModeNames())->type_name("MODE")->required();
+    resize.add_option("--from-rect", arguments.from_rect, "this part of IN; else all of it")
+        ->type_name("L,T,R,B");
+    resize
+        .add_option("--to-rect", arguments.to_rect,
+                    "onto this part of OUT, the rest of which is black; else onto all of it")
+        ->type_name("L,T,R,B");
+    arguments.AddTo(resize, "else that of IN if OUT can hold it, else I420 or RGB24");
+    arguments.AddFrame(resize);
+    resize.footer(kAboutModes + std::string("\n\n") + kAboutFiles);
+
     app.footer(kExamples);  // last: commands would inherit it
 
     try {
@@ -195,6 +230,8 @@ void Run(int argc, char** argv) {
     if (info.parsed()) Print(Describe(arguments.Input()));
     if (convert.parsed()) ConvertFile(arguments.Input(), arguments.Output());
     if (blend.parsed()) BlendOver(arguments.Input(), arguments.Overlay(), arguments.Output());
+    if (resize.parsed())
+        ResizeFile(arguments.Input("--in-size"), arguments.Output(), arguments.NewSize());
     if (channel.parsed()) ExtractChannel(arguments.Input(), arguments.Output(), arguments.channel);
     if (flip.parsed())
         FlipFile(arguments.Input(), arguments.Output(),

@@ -9,7 +9,9 @@ namespace {
 Video RawVideo(const InputFile& input, const RawLayout& layout) {
     const std::optional<PixelFormat> format =
         layout.format ? layout.format : FormatByExtension(input.name());
-    if (!layout.size) throw Error(input.name(), "--size", "", "raw frames need --size WxH");
+    if (!layout.size)
+        throw Error(input.name(), layout.size_option, "",
+                    "raw frames need " + std::string(layout.size_option) + " WxH");
     if (!format)
         throw Error(input.name(), "--format", "",
                     "raw frames need --format, one of " + FormatNames());
