@@ -79,9 +79,28 @@ tail -c $chroma card.i420 >v.raw
 "$pxb" convert v.raw v.png --format RGB8 --size ${half_width}x$half_height
 rm y.raw u.raw v.raw
 
-figure() {  # FILE CAPTION
+# Scaling a detail eight times as large, and all of the card reduced, in every mode.
+modes=(nearest bilinear faded half half-faded bilinear-5 shrink)
+for mode in "${modes[@]}"; do
+    run resize card.y4m large-$mode.png --size 384x288 --mode $mode --from-rect 40,56,88,92
+    run resize card.y4m small-$mode.png --size 320x240 --mode $mode
+done
+run resize card.bmp rgb-faded.png --size 384x288 --mode faded --from-rect 40,56,88,92
+same() {  # the page says so
+    cmp "$1" "$2" || { echo "demo.sh: $1 and $2 should be the same" >&2; exit 1; }
+}
+for mode in half bilinear-5 shrink; do same large-bilinear.png large-$mode.png; done
+same large-faded.png large-half-faded.png
+for mode in faded bilinear-5; do same small-bilinear.png small-$mode.png; done
+for mode in half half-faded; do same small-shrink.png small-$mode.png; done
+run resize card.png scaled_part.png --size 384x288 --mode bilinear --to-rect 40,40,344,268
+
+figure() {  # FILE CAPTION [COMMAND]
     printf '<figure><a href="%s"><img src="%s" alt="%s"></a>\n' "$1" "$1" "$2"
-    printf '<figcaption>%s</figcaption></figure>\n' "$2"
+    printf '<figcaption>%s%s</figcaption></figure>\n' "$2" "${3:+<br><code>$3</code>}"
+}
+scaled() {  # FILE CAPTION: with the command that wrote the file
+    figure "$1" "$2" "$(printf '%s\n' "${log[@]}" | grep -F " $1 " | escape)"
 }
 escape() {
     sed 's/&/\&amp;/g; s/</\&lt;/g; s/>/\&gt;/g'
@@ -110,6 +129,10 @@ cat >index.html <<END
   .groups { grid-template-columns: 1fr 1fr; max-width: 40rem; }
   .groups img { image-rendering: pixelated; border-radius: 0; }
   .small { width: 333px; max-width: 100%; }
+  .large { grid-template-columns: repeat(auto-fit, 384px); }
+  .reduced { grid-template-columns: repeat(auto-fit, 320px); }
+  .large img, .reduced img { width: auto; max-width: 100%; border-radius: 0;
+                           image-rendering: pixelated; }
   pre { padding: 1rem; overflow-x: auto; border-radius: 4px; font-size: .85rem;
         background: rgb(128 128 128 / .15); }
 </style>
@@ -181,6 +204,37 @@ widths of a multiple of 4 where it matters.</p>
 <div class="row groups">
 $(figure groups.png "Three groups of YUY2, enlarged")
 $(figure groups_mirrored.png "Mirrored: the two pixels in the middle did not change places")
+<h2>Larger</h2>
+<p>A detail of 48 x 36 pixels of the 4:2:0 frame, eight times as large by PxbResize; chroma is scaled
+by itself, in its own size.</p>
+<div class="row large">
+$(scaled large-nearest.png "Nearest: square pixels, brightness and colour each of its own size.")
+$(scaled large-bilinear.png "Bilinear: smooth edges, and nothing special at the border. Colour \
+changes over twice the length of brightness, around the same edges. Half, bilinear-5 and shrink give \
+the same here.")
+$(scaled rgb-faded.png "Faded, of RGB32: as bilinear, with a black border. The centres of the \
+outermost new pixels lie outside those of the outermost old ones; instead of repeating these, this \
+mode blends to 0 within one new pixel, and stays there.")
+$(scaled large-faded.png "Faded, of 4:2:0: 0 in all three planes is no black but a dark green, and the \
+chroma planes fade over their own, larger pixels. Half-faded gives the same here.")
+</div>
+
+<h2>Smaller</h2>
+<p>All of the card as 320 x 240 pixels, actual size. No border fades where a picture shrinks.</p>
+<div class="row reduced">
+$(scaled small-nearest.png "Nearest: one pixel of about six. Rings appear that the card does not \
+have, and thin lines are there or not.")
+$(scaled small-bilinear.png "Bilinear: the four pixels around each centre, so thin lines become \
+paler instead of vanishing, but rings remain. Faded and bilinear-5 give the same here.")
+$(scaled small-shrink.png "Shrink: four by four pixels weigh in. Fine rings and stripes become grey, \
+letters softer. Half and half-faded give the same here.")
+</div>
+
+<h2>Parts</h2>
+<p>A rectangle of the source goes onto a rectangle of the destination, the rest of which the tool
+leaves black.</p>
+<div class="row large">
+$(scaled scaled_part.png "The whole card onto 304 x 228 pixels.")
 </div>
 
 <h2>Try it</h2>
