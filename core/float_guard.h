@@ -8,6 +8,8 @@
 #pragma once
 #include <cstdint>
 
+#include "core/byte.h"
+
 #if defined(__SSE2__)
 #include <xmmintrin.h>
 #endif
@@ -20,39 +22,39 @@
 
 namespace pxb {
 
-class FloatGuard {
-  public:
-    FloatGuard(const FloatGuard&) = delete;
-    FloatGuard& operator=(const FloatGuard&) = delete;
-
 #if defined(__SSE2__)  // doubles live in SSE registers
-    FloatGuard() : saved_(_mm_getcsr()) {
-        _mm_setcsr(kMaskedNearest);
-    }
-    ~FloatGuard() {
-        _mm_setcsr(saved_);
-    }
+class SseGuard {
+  public:
+    PXB_INLINE SseGuard() : saved_(_mm_getcsr()) { _mm_setcsr(kMaskedNearest); }
+    PXB_INLINE ~SseGuard() { _mm_setcsr(saved_); }
+    SseGuard(const SseGuard&) = delete;
+    SseGuard& operator=(const SseGuard&) = delete;
 
   private:
     static constexpr unsigned kMaskedNearest = 0x1F80;
     unsigned saved_;
+};
+using FloatGuard = SseGuard;
 #else  // doubles live in x87 registers
-    FloatGuard() {
+class X87Guard {
+  public:
+    PXB_INLINE X87Guard() {
         const std::uint16_t masked_nearest_53_bits = 0x027F;
         __asm__ volatile("fnstenv %0\n fnclex\n fldcw %1"
                          : "=m"(saved_)
                          : "m"(masked_nearest_53_bits)
                          : "memory");
     }
-    ~FloatGuard() {
-        __asm__ volatile("fldenv %0" : : "m"(saved_) : "memory");
-    }
+    PXB_INLINE ~X87Guard() { __asm__ volatile("fldenv %0" : : "m"(saved_) : "memory"); }
+    X87Guard(const X87Guard&) = delete;
+    X87Guard& operator=(const X87Guard&) = delete;
 
   private:
     struct Environment {
         std::uint32_t words[7];
     } saved_;
-#endif
 };
+using FloatGuard = X87Guard;
+#endif
 
 }  // namespace pxb

@@ -47,8 +47,10 @@ void ScaleBilinear(const ScaleJob& job) {
     Byte* const row = TakeRow(scratch, job.src_row_bytes);
     const BlendAcross across(job, scratch);
     ForScaledRows(job, [&](Byte* to, const Byte* src, const SourcePoint& point) PXB_INLINE_LAMBDA {
-        BlendRows(row, FadedRow(job, src, zeros, point.first),
-                  FadedRow(job, src, zeros, point.first + 1), point.weight[1], job.src_row_bytes);
+        const Byte* const a = FadedRow(job, src, zeros, point.first);
+        const Byte* const b = FadedRow(job, src, zeros, point.first + 1);
+        if (across.TakeBoth(to, a, b, point.weight[1])) return;
+        BlendRows(row, a, b, point.weight[1], job.src_row_bytes);
         FadeEdges(row, job, kFlip);
         across(to, row);
     });

@@ -55,7 +55,7 @@ Axis DownOf(const ScaleExtents& e) {
 
 const SourcePoint* TakeTable(Memory& memory, const Axis& axis, Filter filter, bool tight = false) {
     SourcePoint* const points = memory.TakePoints(axis.dst);
-    FillSourceTable(points, axis.dst, axis.src, filter, tight);
+    kSourceTable.Choose()(points, axis.dst, axis.src, filter, tight);
     return points;
 }
 

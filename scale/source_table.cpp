@@ -1,51 +1,57 @@
+// Compiled for plain processors and, on 32 bits, once more for doubles in SSE2 registers.
 #include "scale/source_table.h"
-
-#include <algorithm>
-#include <bit>
 
 #include "core/float_guard.h"
 
-namespace pxb {
+#if !defined(PXB_TARGET)
+#define PXB_TARGET plain
+#endif
+
+namespace pxb::PXB_TARGET {
 namespace {
 
 // Positions that should be whole may come out a little below.
 constexpr double kAlmost = 1e-9;
 
 // Toward zero, from 0 to 2^31.
-std::int32_t Truncate(double value) {
+PXB_INLINE std::int32_t Truncate(double value) {
 #if defined(__SSE2__)
     return static_cast<std::int32_t>(value);
 #else
     // A conversion would switch the rounding of the x87 unit forth and back. In this sum it rounds
-    // to the nearest whole number, which then stands in the low bits.
+    // to the nearest whole number, which then stands in the low bits; one too many shows in the
+    // sign of what is left.
     constexpr double kWholeNumbers = 0x1p52;
     const double rounded = value + kWholeNumbers;
-    const auto nearest = static_cast<std::int32_t>(std::bit_cast<std::uint64_t>(rounded));
-    return rounded - kWholeNumbers > value ? nearest - 1 : nearest;
+    const double left = value - (rounded - kWholeNumbers);
+    const auto nearest = static_cast<std::int32_t>(__builtin_bit_cast(std::uint64_t, rounded));
+    return nearest + static_cast<std::int32_t>(__builtin_bit_cast(std::int64_t, left) >> 63);
 #endif
 }
 
 // Of a fraction; 0 if it is not above 0.
-Byte WeightOf(double fraction) {
+PXB_INLINE Byte WeightOf(double fraction) {
     return fraction > 0 ? static_cast<Byte>(Truncate(fraction * 255 + 0.5)) : Byte{0};
 }
 
-constexpr SourcePoint Alone(std::int32_t index) {
+constexpr PXB_INLINE SourcePoint Alone(std::int32_t index) {
     return {index, {}};
 }
-constexpr SourcePoint Between(std::int32_t first, Byte weight_of_second) {
+constexpr PXB_INLINE SourcePoint Between(std::int32_t first, Byte weight_of_second) {
     return {first, {0, weight_of_second}};
 }
 
 PXB_NOINLINE void FillNearest(SourcePoint* points, std::int32_t count, std::int32_t source) {
     const double step = static_cast<double>(source) / count;
     double position = 0.5 * step;
-    for (std::int32_t i = 0; i < count; ++i, position += step)
-        points[i] = Alone(std::min(Truncate(position + kAlmost), source - 1));
+    for (std::int32_t i = 0; i < count; ++i, position += step) {
+        const std::int32_t index = Truncate(position + kAlmost);
+        points[i] = Alone(index < source ? index : source - 1);
+    }
 }
 
 // The pixel at the left or top of a position above -1.
-std::int32_t IndexAt(double position) {
+PXB_INLINE std::int32_t IndexAt(double position) {
     return position + kAlmost > 0 ? Truncate(position + kAlmost) : 0;
 }
 
@@ -62,7 +68,7 @@ PXB_NOINLINE void FillBilinear(SourcePoint* points, std::int32_t count, std::int
         if (index >= limit) break;
         points[i] = Between(index, WeightOf(position - index));
     }
-    std::fill(points + i, points + count, Alone(source - 1));
+    for (; i < count; ++i) points[i] = Alone(source - 1);
 }
 
 PXB_NOINLINE void FillFaded(SourcePoint* points, std::int32_t count, std::int32_t source) {
@@ -85,17 +91,17 @@ PXB_NOINLINE void FillFaded(SourcePoint* points, std::int32_t count, std::int32_
 }
 
 // Weights of a cubic B-spline between its second and third pixel.
-void SetSplineWeights(double f, Byte* weight) {
+PXB_INLINE void SetSplineWeights(double f, Byte* weight) {
     const double g = 1 - f;
     const double parts[4] = {g * g * g / 6.0, (3 * f * f * f - 6 * f * f + 4) / 6.0,
                              (3 * g * g * g - 6 * g * g + 4) / 6.0, f * f * f / 6.0};
-    int rest = 255;
+    int rest = 255, largest = 0;
     for (int k = 0; k < 4; ++k) {
         weight[k] = static_cast<Byte>(Truncate(parts[k] * 255 + 0.5));
         rest -= weight[k];
+        if (weight[k] > weight[largest]) largest = k;
     }
-    Byte* const largest = std::max_element(weight, weight + 4);
-    *largest = static_cast<Byte>(*largest + rest);
+    weight[largest] = static_cast<Byte>(weight[largest] + rest);
 }
 
 PXB_NOINLINE void FillSpline(SourcePoint* points, std::int32_t count, std::int32_t source) {
@@ -130,4 +136,4 @@ void FillSourceTable(SourcePoint* points, std::int32_t count, std::int32_t sourc
     }
 }
 
-}  // namespace pxb
+}  // namespace pxb::PXB_TARGET

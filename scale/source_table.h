@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "core/byte.h"
+#include "core/variants.h"
 #include "scale/filter.h"
 
 namespace pxb {
@@ -25,7 +26,20 @@ struct SourcePoint {
 // Fills `count` points of an axis, for extents of at least 1. tight: the last two pixels of the
 // source stay out of interpolation, and the last one takes their place. Required of the columns of
 // 24-bit pixels.
-void FillSourceTable(SourcePoint* points, std::int32_t count, std::int32_t source, Filter filter,
-                     bool tight);
+using SourceTableKernel = void(SourcePoint* points, std::int32_t count, std::int32_t source,
+                               Filter filter, bool tight);
+
+namespace plain {
+SourceTableKernel FillSourceTable;
+}
+#if defined(__i386__)  // where doubles are in x87 registers otherwise, four times as slow
+namespace sse2 {
+SourceTableKernel FillSourceTable;
+}
+constexpr Variants<SourceTableKernel> kSourceTable = {plain::FillSourceTable, nullptr,
+                                                      sse2::FillSourceTable};
+#else
+constexpr Variants<SourceTableKernel> kSourceTable = {plain::FillSourceTable};
+#endif
 
 }  // namespace pxb

@@ -1,6 +1,6 @@
 // The horizontal passes of a job: by windows of as few parts as serve its ratio, or byte by byte.
 #pragma once
-#include "scale/simd/windows.h"
+#include "scale/simd/even.h"
 
 namespace pxb::PXB_TARGET {
 
@@ -20,6 +20,7 @@ class BlendAcross {
   public:
     PXB_INLINE BlendAcross(const ScaleJob& job, Scratch scratch)
         : columns_(TakeBlendColumns(scratch, job)), bytes_(job.dst_row_bytes) {}
+    PXB_INLINE bool TakeBoth(Byte*, const Byte*, const Byte*, int) const { return false; }
     PXB_INLINE void operator()(Byte* to, const Byte* row) const {
         BlendColumns<kFlip>(to, row, columns_, bytes_);
     }
@@ -46,22 +47,24 @@ class SumAcross {
 
 #else
 
-// The fewest parts, up to kMost, for which fill<n>() returns true, or 0.
-template <int kMost, int n = 1, class Fill>
+constexpr int kNoWindows = -1, kShared = 0;  // instead of a number of parts
+
+// The first n from kFirst to kMost for which fill<n>() returns true.
+template <int kFirst, int kMost, class Fill>
 PXB_INLINE int FewestParts(const Fill& fill) {
-    if (fill.template operator()<n>()) return n;
-    if constexpr (n < kMost)
-        return FewestParts<kMost, n + 1>(fill);
+    if (fill.template operator()<kFirst>()) return kFirst;
+    if constexpr (kFirst < kMost)
+        return FewestParts<kFirst + 1, kMost>(fill);
     else
-        return 0;
+        return kNoWindows;
 }
 
-// run<n>() for n = parts, up to kMost; false for 0.
-template <int kMost, int n = 1, class Run>
+// run<n>() for n = parts; false for no windows.
+template <int kFirst, int kMost, class Run>
 PXB_INLINE bool RunParts(int parts, const Run& run) {
-    if (parts == n) return run.template operator()<n>(), true;
-    if constexpr (n < kMost)
-        return RunParts<kMost, n + 1>(parts, run);
+    if (parts == kFirst) return run.template operator()<kFirst>(), true;
+    if constexpr (kFirst < kMost)
+        return RunParts<kFirst + 1, kMost>(parts, run);
     else
         return false;
 }
@@ -70,14 +73,18 @@ class CopyAcross {
   public:
     PXB_INLINE CopyAcross(const ScaleJob& job, Scratch scratch)
         : job_(job),
+          even_(EvenLayoutOf(job, 0)),
           table_(TakeWindowTable(scratch, job.dst_row_bytes, kByteWindows, Blocks::kControls<kMost>,
                                  0)) {
-        if (job.dst_row_bytes < Blocks::kBytes || job.dst_row_bytes == job.src_row_bytes) return;
-        parts_ = FewestParts<kMost>([&]<int n>()
-                                        PXB_INLINE_LAMBDA { return FillBytes<n>(table_, job); });
+        if (even_.times || job.dst_row_bytes < Blocks::kBytes) return;
+        if (job.dst_row_bytes == job.src_row_bytes) return;
+        parts_ = FewestParts<1, kMost>([&]<int n>()
+                                           PXB_INLINE_LAMBDA { return FillBytes<n>(table_, job); });
     }
     PXB_INLINE void operator()(Byte* to, const Byte* row) const {
-        const bool done = RunParts<kMost>(parts_, [&]<int n>() PXB_INLINE_LAMBDA {
+        if (even_.times == 2) return CopyEven<2>(to, row, even_, job_.dst_row_bytes);
+        if (even_.times == 4) return CopyEven<4>(to, row, even_, job_.dst_row_bytes);
+        const bool done = RunParts<1, kMost>(parts_, [&]<int n>() PXB_INLINE_LAMBDA {
             CopyWindows<n>(to, row, table_, job_.dst_row_bytes);
         });
         if (!done) CopyColumns(to, row, job_);
@@ -86,33 +93,53 @@ class CopyAcross {
   private:
     static constexpr int kMost = Blocks::kLongest;
     const ScaleJob& job_;
+    const EvenLayout even_;
     const WindowTable table_;
-    int parts_ = 0;
+    int parts_ = kNoWindows;
 };
 
 class BlendAcross {
   public:
     PXB_INLINE BlendAcross(const ScaleJob& job, Scratch scratch)
-        : table_(TakeWindowTable(scratch, job.dst_row_bytes, kPairWindows,
+        : even_(EvenLayoutOf(job, kHalf)),
+          table_(TakeWindowTable(scratch, job.dst_row_bytes, kPairWindows,
                                  kPairRegisters * Blocks::kControls<kMost>, kPairRegisters)),
           bytes_(job.dst_row_bytes) {
+        if (even_.times && AllRowsWeigh(job, kHalf)) return;
         if (bytes_ >= Blocks::kBytes && !job.layout.has_zero_byte)
-            parts_ = FewestParts<kMost>(
-                [&]<int n>() PXB_INLINE_LAMBDA { return FillPairs<n, 1>(table_, job); });
-        if (!parts_) columns_ = TakeBlendColumns(scratch, job);
+            parts_ = FewestParts<kShared, kMost>([&]<int n>() PXB_INLINE_LAMBDA {
+                return FillPairs<kParts<n>, kWindow<n>, BlendWeights>(table_, job);
+            });
+        if (parts_ == kNoWindows) columns_ = TakeBlendColumns(scratch, job);
+    }
+    // Both passes at once, where that is possible for these rows.
+    PXB_INLINE bool TakeBoth(Byte* to, const Byte* a, const Byte* b, int weight) const {
+        if (weight != kHalf || even_.times == 0) return false;
+        if (even_.times == 2)
+            AverageEven<2>(to, a, b, even_, bytes_);
+        else
+            AverageEven<4>(to, a, b, even_, bytes_);
+        return true;
     }
     PXB_INLINE void operator()(Byte* to, const Byte* row) const {
-        const bool done = RunParts<kMost>(
-            parts_, [&]<int n>() PXB_INLINE_LAMBDA { BlendWindows<n>(to, row, table_, bytes_); });
+        const bool done = RunParts<kShared, kMost>(parts_, [&]<int n>() PXB_INLINE_LAMBDA {
+            BlendWindows<kParts<n>, kWindow<n> >(to, row, table_, bytes_);
+        });
         if (!done) BlendColumns<kFlip>(to, row, columns_, bytes_);
     }
 
   private:
+    template <int n>
+    static constexpr int kParts = n == kShared ? 1 : n;
+    template <int n>
+    static constexpr int kWindow = n == kShared ? Blocks::kSharedWindow : Blocks::kPairWindow;
     static constexpr int kMost = Blocks::kLongest < 3 ? Blocks::kLongest : 3;
+    static constexpr int kHalf = 128;
+    const EvenLayout even_;
     const WindowTable table_;
     const std::ptrdiff_t bytes_;
     const BlendColumn* columns_ = nullptr;
-    int parts_ = 0;
+    int parts_ = kNoWindows;
 };
 
 class SumAcross {
@@ -123,12 +150,13 @@ class SumAcross {
           unit_(job.layout.bytes[0].unit),
           bytes_(job.dst_row_bytes) {
         if (bytes_ >= Blocks::kBytes)
-            parts_ = FewestParts<kMost>(
-                [&]<int n>() PXB_INLINE_LAMBDA { return FillPairs<n, 2>(table_, job); });
-        if (!parts_) columns_ = TakeSumColumns(scratch, job);
+            parts_ = FewestParts<1, kMost>([&]<int n>() PXB_INLINE_LAMBDA {
+                return FillPairs<n, Blocks::kPairWindow, SumWeights>(table_, job);
+            });
+        if (parts_ == kNoWindows) columns_ = TakeSumColumns(scratch, job);
     }
     PXB_INLINE void operator()(Byte* to, const Byte* row) const {
-        const bool done = RunParts<kMost>(parts_, [&]<int n>() PXB_INLINE_LAMBDA {
+        const bool done = RunParts<1, kMost>(parts_, [&]<int n>() PXB_INLINE_LAMBDA {
             SumWindows<n>(to, row, table_, unit_, bytes_);
         });
         if (!done) SumColumns<kFlip>(to, row, columns_, unit_, bytes_);
@@ -139,7 +167,7 @@ class SumAcross {
     const WindowTable table_;
     const std::ptrdiff_t unit_, bytes_;
     const SumColumn* columns_ = nullptr;
-    int parts_ = 0;
+    int parts_ = kNoWindows;
 };
 
 #endif

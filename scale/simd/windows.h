@@ -7,28 +7,28 @@
 // Blocks               the class for the instruction set at hand
 //   kBytes             of a block
 //   kPairWindow        destination bytes of a window that gives pairs of bytes for them
-//   kByteWindow        and of one that gives single ones
+//   kSharedWindow      and of one that does so for both registers of pairs, where that reaches
+//   kByteWindow        and of one that gives single bytes
 //   kReach             bytes of a window; it may also be `n` times as long, up to kLongest
-//   Slot(w, windows)   where in the tables of a block window w stands, so that packing the
-//                      registers of pairs brings bytes into order
+//   Slot(e)            where in the tables of a block the pairs of its e-th eight bytes stand, so
+//                      that packing the registers of pairs brings bytes into order
 //   kControls<n>       registers of controls for a register of the result
 //   Pick<n>(...)       the bytes that the controls pick
 #pragma once
 #include "scale/plain_columns.h"
-#include "scale/simd/rows.h"
+#include "scale/simd/eight_columns.h"
 
 namespace pxb::PXB_TARGET {
 
 #if defined(PXB_TARGET_AVX2)
 
 struct Blocks : YmmRegister {
-    static constexpr int kBytes = 32, kPairWindow = 8, kByteWindow = 16, kReach = 16, kLongest = 4;
+    static constexpr int kBytes = 32, kPairWindow = 8, kSharedWindow = 16, kByteWindow = 16,
+                         kReach = 16, kLongest = 4;
     template <int n>
     static constexpr int kControls = n;
 
-    static constexpr PXB_INLINE int Slot(int window, int windows) {
-        return windows == 2 ? window : window % 2 * 2 + window / 2;
-    }
+    static constexpr PXB_INLINE int Slot(int eight) { return eight % 2 * 2 + eight / 2; }
     // From two windows into the halves of a register.
     template <int n>
     static PXB_INLINE Register Pick(const Byte* row, const std::int32_t* offsets,
@@ -39,11 +39,14 @@ struct Blocks : YmmRegister {
                                          controls + kBytes * k));
         return picked;
     }
-    // Each of n shuffles of 16 bytes gives what lies in its part, and 0 elsewhere.
-    template <int n>
-    static PXB_INLINE void SetControl(Byte* controls, int at, int place) {
-        for (int k = 0; k < n; ++k)
-            controls[kBytes * k + at] = static_cast<Byte>(place / 16 == k ? place % 16 : 0x80);
+    // Controls for these places: each of n shuffles of 16 bytes gives what lies in its part, and 0
+    // elsewhere.
+    template <int n, class Store>
+    static PXB_INLINE void SetControls(Byte* controls, __m128i places, const Store& store) {
+        for (int k = 0; k < n; ++k) {
+            const __m128i of_part = _mm_sub_epi8(places, XmmRegister::Set8(16 * k));
+            store(controls + kBytes * k, _mm_adds_epu8(of_part, XmmRegister::Set8(0x70)));
+        }
     }
     static PXB_INLINE Register TakeHighBytes(Register a, Register b) {
         return PackBytes(HighBytes(a), HighBytes(b));
@@ -61,11 +64,12 @@ struct Blocks : YmmRegister {
 #elif defined(PXB_TARGET_AVX512)
 
 struct Blocks : ZmmRegister {
-    static constexpr int kBytes = 64, kPairWindow = 32, kByteWindow = 64, kReach = 64, kLongest = 2;
+    static constexpr int kBytes = 64, kPairWindow = 32, kSharedWindow = 64, kByteWindow = 64,
+                         kReach = 64, kLongest = 2;
     template <int n>
     static constexpr int kControls = 1;
 
-    static constexpr PXB_INLINE int Slot(int window, int) { return window; }
+    static constexpr PXB_INLINE int Slot(int eight) { return eight; }
     template <int n>
     static PXB_INLINE Register Pick(const Byte* row, const std::int32_t* offsets,
                                     const Byte* controls) {
@@ -73,9 +77,9 @@ struct Blocks : ZmmRegister {
         if (n == 1) return _mm512_permutexvar_epi8(Load(controls), Load(window));
         return _mm512_permutex2var_epi8(Load(window), Load(controls), Load(window + 64));
     }
-    template <int n>
-    static PXB_INLINE void SetControl(Byte* controls, int at, int place) {
-        controls[at] = static_cast<Byte>(place);
+    template <int n, class Store>
+    static PXB_INLINE void SetControls(Byte* controls, __m128i places, const Store& store) {
+        store(controls, places);
     }
     static PXB_INLINE Register TakeHighBytes(Register a, Register b) {
         return Avx512<Stores::kCached>::Pick(a, b,
@@ -117,53 +121,85 @@ PXB_INLINE WindowTable TakeWindowTable(Scratch scratch, std::ptrdiff_t bytes, in
 constexpr int kPairRegisters = 2,
               kPairWindows = kPairRegisters * Blocks::kBytes / 2 / Blocks::kPairWindow;
 
-// What a byte does not need has weight 0, or is the same byte at half the weight: 256 is none.
-template <int n, int kPairs>
+// Weights for a pair. Where the second has none the first comes twice, at half the weight each: as
+// a whole it would not fit into a byte.
+struct BlendWeights {
+    static constexpr int kPairs = 1;
+    static PXB_INLINE __m256i NextUnit(const EightColumns& columns) {
+        return _mm256_andnot_si256(IsAlone(columns), columns.unit);
+    }
+    static PXB_INLINE void Set(Byte* weights, const EightColumns& columns) {
+        const __m256i second = _mm256_and_si256(columns.weight, _mm256_set1_epi32(0xFF00));
+        const __m256i first =
+            _mm256_sub_epi32(_mm256_set1_epi32(256), _mm256_srli_epi32(second, 8));
+        const __m256i both = _mm256_or_si256(first, second);
+        XmmRegister::Store(weights, WordsOf(_mm256_blendv_epi8(both, _mm256_set1_epi32(0x8080),
+                                                               IsAlone(columns))));
+    }
+
+  private:
+    static PXB_INLINE __m256i IsAlone(const EightColumns& columns) {
+        const __m256i second = _mm256_and_si256(columns.weight, _mm256_set1_epi32(0xFF00));
+        return _mm256_cmpeq_epi32(second, _mm256_setzero_si256());
+    }
+};
+
+struct SumWeights {
+    static constexpr int kPairs = 2;
+    static PXB_INLINE __m256i NextUnit(const EightColumns& columns) { return columns.unit; }
+    static PXB_INLINE void Set(Byte* weights, const EightColumns& columns) {
+        const __m256i low = _mm256_and_si256(columns.weight, _mm256_set1_epi32(0xFFFF));
+        XmmRegister::Store(weights, WordsOf(low));
+        XmmRegister::Store(weights + Blocks::kBytes,
+                           WordsOf(_mm256_srli_epi32(columns.weight, 16)));
+    }
+};
+
+// False: windows of n parts do not reach.
+template <int n, int kWindow, class Weights>
 PXB_INLINE bool FillPairs(const WindowTable& table, const ScaleJob& job) {
     constexpr int kPicked = Blocks::kControls<n> * Blocks::kBytes;
-    constexpr int kOutputs = Blocks::kPairWindow;
+    constexpr int kWeights = Weights::kPairs * Blocks::kBytes;
+    constexpr int kWindows = Blocks::kBytes / kWindow, kEights = kWindow / 8;
     const std::ptrdiff_t blocks = CountBlocks(job.dst_row_bytes);
+    EightColumnWalk walk(job);
     for (std::ptrdiff_t block = 0; block < blocks; ++block) {
-        ColumnWalk walk(job.layout, job.columns, StartOfBlock(block, job.dst_row_bytes));
+        walk.StartAt(StartOfBlock(block, job.dst_row_bytes));
         Byte* const controls = table.controls + block * kPairRegisters * kPicked;
-        Byte* const weights = table.weights + block * kPairRegisters * kPairs * Blocks::kBytes;
-        for (int window = 0; window < kPairWindows; ++window) {
-            Column columns[kOutputs];
-            for (Column& column : columns) column = walk.Next();
-            std::ptrdiff_t base = columns[0].first;
-            for (const Column& column : columns)
-                if (column.first < base) base = column.first;
-            const int slot = Blocks::Slot(window, kPairWindows);
-            table.offsets[block * kPairWindows + slot] = static_cast<std::int32_t>(base);
-            for (int i = 0; i < kOutputs; ++i) {
-                const Column& column = columns[i];
-                const auto place = static_cast<int>(column.first - base);
-                const int at = (slot * kOutputs + i) * 2;
+        Byte* const weights = table.weights + block * kPairRegisters * kWeights;
+        __m256i furthest = _mm256_setzero_si256();
+        for (int window = 0; window < kWindows; ++window) {
+            EightColumns columns[kEights];
+            for (EightColumns& eight : columns) eight = walk.Next();
+            __m256i least = columns[0].first;
+            for (const EightColumns& eight : columns) least = _mm256_min_epi32(least, eight.first);
+            const int base = LeastLane(least);
+            const int slot = kWindow == 8 ? Blocks::Slot(window) : window;
+            table.offsets[block * kWindows + slot] = base;
+            for (int i = 0; i < kEights; ++i) {
+                const __m256i place = _mm256_sub_epi32(columns[i].first, _mm256_set1_epi32(base));
+                const __m256i next = _mm256_add_epi32(place, Weights::NextUnit(columns[i]));
+                furthest = _mm256_max_epi32(furthest, next);
+                const int at = 16 * Blocks::Slot(window * kEights + i);
                 const int picked = at / Blocks::kBytes, in_register = at % Blocks::kBytes;
-                const bool alone = kPairs == 1 && column.weight[1] == 0;
-                const auto next = static_cast<int>(alone ? place : place + column.unit);
-                if (next >= n * Blocks::kReach) return false;
-                Blocks::SetControl<n>(controls + picked * kPicked, in_register, place);
-                Blocks::SetControl<n>(controls + picked * kPicked, in_register + 1, next);
-                Byte* const w = weights + picked * kPairs * Blocks::kBytes + in_register;
-                if (kPairs == 1) {
-                    w[0] = static_cast<Byte>(alone ? 128 : 256 - column.weight[1]);
-                    w[1] = static_cast<Byte>(alone ? 128 : column.weight[1]);
-                } else {
-                    w[0] = column.weight[0], w[1] = column.weight[1];
-                    w[Blocks::kBytes] = column.weight[2], w[Blocks::kBytes + 1] = column.weight[3];
-                }
+                Blocks::SetControls<n>(controls + picked * kPicked + in_register,
+                                       WordsOf(_mm256_or_si256(place, _mm256_slli_epi32(next, 8))),
+                                       XmmRegister::Store);
+                Weights::Set(weights + picked * kWeights + in_register, columns[i]);
             }
         }
+        const __m256i reach = _mm256_set1_epi32(n * Blocks::kReach - 1);
+        if (_mm256_movemask_epi8(_mm256_cmpgt_epi32(furthest, reach))) return false;
     }
     return true;
 }
 
-template <int n>
+template <int n, int kWindow>
 PXB_INLINE void BlendWindows(Byte* to, const Byte* row, const WindowTable& table,
                              std::ptrdiff_t bytes) {
     using B = Blocks;
-    constexpr int kPicked = B::kControls<n> * B::kBytes, kOffsets = kPairWindows / kPairRegisters;
+    constexpr int kPicked = B::kControls<n> * B::kBytes,
+                  kOffsets = kWindow == B::kPairWindow ? kPairWindows / kPairRegisters : 0;
     const std::int32_t* offsets = table.offsets;
     const Byte *controls = table.controls, *weights = table.weights;
     const auto flip = B::Set8(kFlip);
@@ -173,7 +209,7 @@ PXB_INLINE void BlendWindows(Byte* to, const Byte* row, const WindowTable& table
         const auto high = B::MultiplyAddBytes(
             B::Load(weights + B::kBytes), B::Pick<n>(row, offsets + kOffsets, controls + kPicked));
         B::Store(to + (x < last ? x : last), B::Xor(B::TakeHighBytes(low, high), flip));
-        offsets += kPairWindows, controls += 2 * kPicked, weights += 2 * B::kBytes;
+        offsets += B::kBytes / kWindow, controls += 2 * kPicked, weights += 2 * B::kBytes;
     }
 }
 
@@ -208,25 +244,34 @@ constexpr int kByteWindows = Blocks::kBytes / Blocks::kByteWindow;
 template <int n>
 PXB_INLINE bool FillBytes(const WindowTable& table, const ScaleJob& job) {
     constexpr int kPicked = Blocks::kControls<n> * Blocks::kBytes;
+    constexpr int kEights = Blocks::kByteWindow / 8;
     const std::ptrdiff_t last_base = job.src_row_bytes - n * Blocks::kReach;
     if (last_base < 0) return false;
     const std::ptrdiff_t blocks = CountBlocks(job.dst_row_bytes);
+    EightColumnWalk walk(job);
     for (std::ptrdiff_t block = 0; block < blocks; ++block) {
-        ColumnWalk walk(job.layout, job.columns, StartOfBlock(block, job.dst_row_bytes));
+        walk.StartAt(StartOfBlock(block, job.dst_row_bytes));
+        __m256i furthest = _mm256_setzero_si256();
         for (int window = 0; window < kByteWindows; ++window) {
-            Column columns[Blocks::kByteWindow];
-            for (Column& column : columns) column = walk.Next();
-            std::ptrdiff_t base = last_base;
-            for (const Column& column : columns)
-                if (column.first < base) base = column.first;
-            table.offsets[block * kByteWindows + window] = static_cast<std::int32_t>(base);
-            for (int i = 0; i < Blocks::kByteWindow; ++i) {
-                const auto place = static_cast<int>(columns[i].first - base);
-                if (place >= n * Blocks::kReach) return false;
-                Blocks::SetControl<n>(table.controls + block * kPicked,
-                                      window * Blocks::kByteWindow + i, place);
+            __m256i firsts[kEights];
+            for (__m256i& first : firsts) first = walk.Next().first;
+            __m256i least = _mm256_set1_epi32(static_cast<int>(last_base));
+            for (const __m256i& first : firsts) least = _mm256_min_epi32(least, first);
+            const int base = LeastLane(least);
+            table.offsets[block * kByteWindows + window] = base;
+            for (int i = 0; i < kEights; ++i) {
+                const __m256i place = _mm256_sub_epi32(firsts[i], _mm256_set1_epi32(base));
+                furthest = _mm256_max_epi32(furthest, place);
+                const __m128i words = WordsOf(place);
+                Blocks::SetControls<n>(
+                    table.controls + block * kPicked + window * Blocks::kByteWindow + 8 * i,
+                    _mm_packus_epi16(words, words), [](Byte* to, __m128i a) PXB_INLINE_LAMBDA {
+                        _mm_storel_epi64(reinterpret_cast<__m128i*>(to), a);
+                    });
             }
         }
+        const __m256i reach = _mm256_set1_epi32(n * Blocks::kReach - 1);
+        if (_mm256_movemask_epi8(_mm256_cmpgt_epi32(furthest, reach))) return false;
     }
     return true;
 }

@@ -6,6 +6,7 @@
 
 #include "scale/source_table.h"
 #include "support/float_environment.h"
+#include "support/variants.h"
 
 namespace pxb::test {
 namespace {
@@ -16,7 +17,7 @@ struct Axis {
 
 std::vector<SourcePoint> TableOf(const Axis& axis, Filter filter, bool tight = false) {
     std::vector<SourcePoint> points(axis.count, SourcePoint{-77, {1, 2, 3, 4}});
-    FillSourceTable(points.data(), axis.count, axis.source, filter, tight);
+    kSourceTable.Choose()(points.data(), axis.count, axis.source, filter, tight);
     return points;
 }
 
@@ -137,29 +138,32 @@ constexpr struct {
 
 TEST(SourceTables, AreTheSameInEveryFloatingPointEnvironment) {
     const FloatEnvironment usual = FloatEnvironmentNow();
-    for (const auto& pinned : kPinned) {
-        SCOPED_TRACE(testing::Message() << pinned.axis.count << " of " << pinned.axis.source);
-        for (const FloatEnvironment& environment : kFloatEnvironments) {
-            const auto hash = [&](Filter filter, bool tight = false) {
-                std::vector<SourcePoint> points(pinned.axis.count);
-                SwitchTo(environment);
-                const FloatEnvironment before = FloatEnvironmentNow();
-                FillSourceTable(points.data(), pinned.axis.count, pinned.axis.source, filter,
-                                tight);
-                const FloatEnvironment after = FloatEnvironmentNow();
-                SwitchTo(usual);
-                EXPECT_EQ(before, after);
-                return HashOf(points);
-            };
-            EXPECT_EQ(hash(Filter::kNearest), pinned.nearest);
-            EXPECT_EQ(hash(Filter::kBilinear), pinned.bilinear);
-            EXPECT_EQ(hash(Filter::kBilinear, true), pinned.tight);
-            EXPECT_EQ(hash(Filter::kFaded), pinned.faded);
-            if (pinned.spline) {
-                EXPECT_EQ(hash(Filter::kSpline), pinned.spline);
+    for (const auto& pinned : kPinned)
+        for (const Variant& variant : RunnableVariants()) {
+            SCOPED_TRACE(testing::Message() << variant.name << ": " << pinned.axis.count << " of "
+                                            << pinned.axis.source);
+            const ForcedProcessor forced(variant.words);
+            SourceTableKernel* const kernel = kSourceTable.Choose();
+            for (const FloatEnvironment& environment : kFloatEnvironments) {
+                const auto hash = [&](Filter filter, bool tight = false) {
+                    std::vector<SourcePoint> points(pinned.axis.count);
+                    SwitchTo(environment);
+                    const FloatEnvironment before = FloatEnvironmentNow();
+                    kernel(points.data(), pinned.axis.count, pinned.axis.source, filter, tight);
+                    const FloatEnvironment after = FloatEnvironmentNow();
+                    SwitchTo(usual);
+                    EXPECT_EQ(before, after);
+                    return HashOf(points);
+                };
+                EXPECT_EQ(hash(Filter::kNearest), pinned.nearest);
+                EXPECT_EQ(hash(Filter::kBilinear), pinned.bilinear);
+                EXPECT_EQ(hash(Filter::kBilinear, true), pinned.tight);
+                EXPECT_EQ(hash(Filter::kFaded), pinned.faded);
+                if (pinned.spline) {
+                    EXPECT_EQ(hash(Filter::kSpline), pinned.spline);
+                }
             }
         }
-    }
 }
 
 }  // namespace
