@@ -13,14 +13,8 @@ namespace {
 constexpr int kScaled[] = {PXB_RGB24, PXB_RGB32, PXB_YV12, PXB_YUY2, PXB_I420, PXB_RGB8};
 constexpr std::int32_t kSteady[] = {0, 1, 5, 6};  // modes without faded borders
 
-Image MakeImage(int format, Size size, std::uint32_t seed = 0) {
-    Image image(format, size, seed);
-    image.record.bitsPerPixel = 8 * BytesPerPixel(format);
-    return image;
-}
-
 Image Resized(const Image& src, Size size, std::int32_t mode) {
-    Image dst = MakeImage(src.record.format, size);
+    Image dst(src.record.format, size);
     EXPECT_EQ(PxbResize(&dst.record, &src.record, &mode), PXB_SUCCESS);
     return dst;
 }
@@ -110,7 +104,7 @@ TEST(ScaledContent, RowsWorkedByHand) {
             const auto pixels = [&](const auto& row) {
                 return static_cast<int>(row.size()) / bytes;
             };
-            Image src = MakeImage(c.format, {pixels(c.src), c.src_rows});
+            Image src(c.format, {pixels(c.src), c.src_rows});
             src.Tile(c.src);
             const Image dst = Resized(src, {pixels(c.first), 2}, c.mode);
             std::vector<Byte> wanted = c.first;
@@ -133,7 +127,7 @@ TEST(ScaledContent, OneColorStaysExceptAtFadedBorders) {
                     for (const std::int32_t mode : {0, 1, 2, 5, 6}) {
                         if (!IsFor(mode, from, to)) continue;
                         SCOPED_TRACE(Name(format, from, to, mode));
-                        Image src = MakeImage(format, from), wanted = MakeImage(format, to);
+                        Image src(format, from), wanted(format, to);
                         PxbFillColor(&src.record, 0xFFC8E1);
                         PxbFillColor(&wanted.record, 0xFFC8E1);
                         const Image dst = Resized(src, to, mode);
@@ -151,7 +145,7 @@ TEST(ScaledContent, OneColorStaysExceptAtFadedBorders) {
 
 // A 4:2:0 image with its two planes of chroma exchanged.
 Image Swapped(const Image& from, int format) {
-    Image to = MakeImage(format, {from.record.width, from.record.height});
+    Image to(format, {from.record.width, from.record.height});
     const int luma = from.record.stride * from.record.height;
     std::vector<Byte> bytes = from.First(luma * 3 / 2);
     std::rotate(bytes.begin() + luma, bytes.begin() + luma * 5 / 4, bytes.end());
@@ -161,7 +155,7 @@ Image Swapped(const Image& from, int format) {
 
 TEST(ScaledContent, BothOrdersOfPlanesScaleAlike) {
     const Size from = {62, 44};
-    const Image i420 = MakeImage(PXB_I420, from, 1), yv12 = Swapped(i420, PXB_YV12);
+    const Image i420(PXB_I420, from, 1), yv12 = Swapped(i420, PXB_YV12);
     InEveryVariant([&] {
         for (const std::int32_t mode : {0, 1, 2, 3, 4, 5, 6})
             for (const Size to : {Size{26, 18}, Size{90, 70}, Size{14, 40}})
@@ -175,7 +169,7 @@ TEST(ScaledContent, WholeFactorsRepeatOrPickPixels) {
         for (const int format : {PXB_RGB24, PXB_RGB32, PXB_RGB8})
             for (int factor = 1; factor <= 9; ++factor) {
                 const Size small = {13, 5}, large = {13 * factor, 5 * factor};
-                const Image few = MakeImage(format, small, 1), many = MakeImage(format, large, 1);
+                const Image few(format, small, 1), many(format, large, 1);
                 const Image repeated = Resized(few, large, 0), picked = Resized(many, small, 0);
                 const int bytes = BytesPerPixel(format);
                 for (int y = 0; y < large.height; ++y)
@@ -202,7 +196,7 @@ TEST(ScaledContent, TheSameSizeReproducesThePicture) {
         for (const int format : kScaled)
             for (const std::int32_t mode : {0, 1, 5})
                 for (const Size size : {Size{2, 2}, Size{40, 6}, Size{302, 8}}) {
-                    const Image src = MakeImage(format, size, 1);
+                    const Image src(format, size, 1);
                     const Image dst = Resized(src, size, mode);
                     std::size_t bytes = std::size_t(src.record.stride) * size.height;
                     if (format == PXB_YV12 || format == PXB_I420) bytes = bytes * 3 / 2;
@@ -263,7 +257,7 @@ TEST(ScaledContent, NeitherLumaNorChromaIsShifted) {
     constexpr int kFirst = 8, kEnd = 56;
     const auto mean_shifts = [&](int format, Size to, std::int32_t mode, bool across) {
         std::vector<double> shifts(3);  // in samples of the plane
-        Image src = MakeImage(format, kFrom);
+        Image src(format, kFrom);
         for (int at = kFirst; at < kEnd; at += 2) {
             const double edge = at / 64.0;
             PaintEdge(src, edge, across);
@@ -296,7 +290,7 @@ TEST(ScaledContent, RampsStayMonotone) {
                                   Size{384, 60}, Size{1000, 41}})
                 for (const std::int32_t mode : kSteady) {
                     if (!IsFor(mode, kFrom, to)) continue;
-                    Image src = MakeImage(format, kFrom);
+                    Image src(format, kFrom);
                     const int bytes = BytesPerPixel(format);
                     for (int y = 0; y < kFrom.height; ++y)
                         for (int i = 0; i < kFrom.width * bytes; ++i)

@@ -192,27 +192,21 @@ int BitsOf(int format) {
     return format == PXB_RGB24 ? 24 : format == PXB_RGB32 ? 32 : 8;
 }
 
-Image NoisyImage(int format, Size size, std::uint32_t seed) {
-    Image image(format, size, seed);
-    image.record.bitsPerPixel = BitsOf(format);
-    return image;
-}
-
 // By the library, in whatever variant is chosen.
 Image ResizedByLibrary(const Image& src, Size size, std::int32_t mode) {
-    Image dst = NoisyImage(src.record.format, size, 2);
+    Image dst(src.record.format, size, 2);
     EXPECT_EQ(PxbResize(&dst.record, &src.record, ModeFor(src.record.format, mode)), PXB_SUCCESS);
     return dst;
 }
 
 Image ResizedByReference(const Image& src, Size size, std::int32_t mode) {
-    Image dst = NoisyImage(src.record.format, size, 2);
+    Image dst(src.record.format, size, 2);
     ResizeByReference(dst.record, src.record, &mode);
     return dst;
 }
 
 void ExpectLikeReference(int format, Size from, Size to, std::int32_t mode) {
-    const Image src = NoisyImage(format, from, 1), wanted = ResizedByReference(src, to, mode);
+    const Image src(format, from, 1), wanted = ResizedByReference(src, to, mode);
     for (const Variant& variant : RunnableVariants()) {
         const ForcedProcessor forced(variant.words);
         EXPECT_TRUE(ResizedByLibrary(src, to, mode) == wanted)
@@ -243,11 +237,11 @@ TEST(Resize, EnvironmentOfTheCallerDoesNotMatter) {
     for (const int format : {PXB_RGB24, PXB_RGB8, PXB_I420, PXB_YUY2})
         for (const std::int32_t mode : {0, 1, 2, 6}) {
             const Size to = {67, 5};
-            const Image src = NoisyImage(format, {181, 12}, 1);
+            const Image src(format, {181, 12}, 1);
             const Image wanted = ResizedByReference(src, to, mode);
-            Image dst = NoisyImage(format, to, 2);
+            Image dst(format, to, 2);
             for (const FloatEnvironment& environment : kFloatEnvironments) {
-                dst.Tile(NoisyImage(format, to, 2).First(dst.bytes));
+                dst.Tile(Image(format, to, 2).First(dst.bytes));
                 SwitchTo(environment);
                 const FloatEnvironment switched = FloatEnvironmentNow();
                 PxbResize(&dst.record, &src.record, ModeFor(format, mode));
@@ -309,7 +303,7 @@ std::int32_t Answer(const ResizeCall& c, bool extended, const std::int32_t* mode
 
 TEST(Resize, AnswersAndVisitsCompanionsAsStated) {
     for (const int format : {PXB_YUV422, PXB_AYUV32, PXB_NV12}) {
-        Image src = NoisyImage(format, {4, 4}, 1), dst = NoisyImage(format, {6, 6}, 2);
+        Image src(format, {4, 4}, 1), dst(format, {6, 6}, 2);
         EXPECT_EQ(PxbResize(&dst.record, &src.record, nullptr),
                   format == PXB_YUV422 ? PXB_UNSUPPORTED : PXB_BAD_ARGUMENT);
         EXPECT_FALSE(dst.HasChanged());

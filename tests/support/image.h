@@ -10,9 +10,11 @@ namespace pxb::test {
 using Byte = std::uint8_t;
 
 // A record without data, of rows `padding` bytes longer than needed; bottom_up: of negative stride.
+// Its bits are those of the first plane.
 inline ImageBuffer Describe(int format, Size size, int padding = 0, bool bottom_up = false) {
-    const int stride = BytesPerPixel(format) * size.width + padding;
-    return {nullptr, 0, bottom_up ? -stride : stride, size.width, size.height, format, nullptr};
+    const int bytes = BytesPerPixel(format), row = bytes * size.width + padding;
+    const int stride = bottom_up ? -row : row;
+    return {nullptr, 8 * bytes, stride, size.width, size.height, format, nullptr};
 }
 
 class Image {
