@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <functional>
 
 #include "support/effort.h"
 #include "support/trial.h"
@@ -19,6 +18,10 @@ struct Job {
 constexpr Job kJobs[] = {
     {"RGB24", PXB_RGB24, true}, {"RGB32", PXB_RGB32, true}, {"RGB32, own alpha", PXB_RGB32, false},
     {"YUY2", PXB_YUY2, true},   {"I420", PXB_I420, true},   {"YV12", PXB_YV12, true}};
+
+void PrintTo(const Job& job, std::ostream* text) {
+    *text << job.name;
+}
 
 Byte Mixed(int d, int s, int alpha) {
     constexpr int kLift = 256;  // makes what is divided positive
@@ -158,7 +161,7 @@ class BlendTrial : public Trial {
         const Placement placement = static_cast<Placement>(number_ % 3);
         if (placement == Placement::kSplit && Is420(job.format)) MakeTall(dst), MakeTall(src);
         PlaceAll(job, area, dst, src, alpha, placement);
-        for (const Variant& variant : RunnableVariants()) {
+        for (const Variant& variant : variants_) {
             const ForcedProcessor forced(variant.words);
             ASSERT_TRUE(Compare(
                 dst, src,
@@ -177,7 +180,7 @@ class BlendTrial : public Trial {
   private:
     // A page fits between luma and chroma.
     static void MakeTall(ImageBuffer& image) {
-        image.height += static_cast<std::int32_t>(GuardedMemory::kPage) / image.stride + 1;
+        image.height += static_cast<int>(GuardedMemory::kPage) / std::max(image.stride, 1) + 1;
     }
     void PlaceAll(const Job& job, const Area& area, ImageBuffer& dst, ImageBuffer& src,
                   ImageBuffer& alpha, Placement placement) {
@@ -196,6 +199,7 @@ class BlendTrial : public Trial {
         Place(alpha, alpha_memory_, weights, placement);
     }
 
+    const std::vector<Variant> variants_ = RunnableVariants();
     GuardedMemory alpha_memory_;
     int number_ = 0;
 };
@@ -226,87 +230,78 @@ TEST(AlphaBlend, RectanglesAtEverySmallOffset) {
 
 // ---- Front end ----
 
-// 4 x 4 pixels of 1 under a source of 255; what the planes of alpha hold tells them apart.
-struct Records {
-    std::vector<Byte> pixels = std::vector<Byte>(64, 1), white = std::vector<Byte>(64, 255),
-                      given_bytes = std::vector<Byte>(16, 64), own_bytes = given_bytes,
-                      dst_own_bytes = given_bytes;
-    ImageBuffer given = {given_bytes.data(), 8, 4, 4, 4, PXB_RGB8, nullptr}, own = given,
-                dst_own = given, dst, src;
+struct Call {
+    Image dst, src, given{PXB_RGB8, {4, 4}, 3}, own{PXB_RGB8, {4, 4}, 4},
+        unused{PXB_RGB8, {4, 4}, 5};
 
-    explicit Records(int format) {
-        own_bytes.assign(16, 128);
-        own.data = own_bytes.data();
-        dst_own.data = dst_own_bytes.data();
-        dst = Describe(format, {4, 4});
-        src = dst;
-        dst.data = pixels.data();
-        src.data = white.data();
-        src.alpha = &own;
-        dst.alpha = &dst_own;
+    explicit Call(int format) : dst(format, {4, 4}, 1), src(format, {4, 4}, 2) {
+        src.record.alpha = &own.record;
+        dst.record.alpha = &unused.record;
     }
-    std::int32_t Blend(const ImageBuffer* alpha, const Rect* to = nullptr,
-                       const Rect* from = nullptr) {
-        return PxbAlphaBlend(&dst, &src, alpha, to, from);
+    std::int32_t Run(const ImageBuffer* alpha, const Rect* to = nullptr,
+                     const Rect* from = nullptr) {
+        return PxbAlphaBlend(&dst.record, &src.record, alpha, to, from);
     }
-    bool IsUntouched() const { return pixels == std::vector<Byte>(64, 1) && CompanionsAre(128); }
-    bool CompanionsAre(Byte own_value) const {
-        return given_bytes == std::vector<Byte>(16, 64) && dst_own_bytes == given_bytes &&
-               own_bytes == std::vector<Byte>(16, own_value);
+    bool HasWrittenAlpha() const {
+        return given.HasChanged() || own.HasChanged() || unused.HasChanged();
     }
+    bool HasWritten() const { return dst.HasChanged() || src.HasChanged() || HasWrittenAlpha(); }
 };
 
 // The given plane first, else the source's companion; RGB32 does not ask the companion.
 TEST(AlphaBlend, FindsItsAlpha) {
     for (int format = PXB_RGB24; format <= PXB_I420; ++format)
         for (const bool is_given : {true, false})
-            for (const bool has_data : {true, false})
-                for (const Variant& variant : RunnableVariants()) {
-                    SCOPED_TRACE(testing::Message() << kFormatNames[format] << ", " << variant.name
-                                                    << ", " << is_given << has_data);
-                    const ForcedProcessor forced(variant.words);
-                    Records records(format);
-                    if (!has_data) records.given.data = nullptr;
-                    ASSERT_EQ(records.Blend(is_given ? &records.given : nullptr), PXB_SUCCESS);
-                    const int alpha = is_given && has_data ? 64 : format == PXB_RGB32 ? 255 : 128;
-                    EXPECT_EQ(records.pixels[0], Mixed(1, 255, alpha));
-                    EXPECT_EQ(records.pixels[3], format == PXB_RGB32 ? 1 : Mixed(1, 255, alpha));
-                    EXPECT_TRUE(records.CompanionsAre(128));
-                }
+            for (const bool has_data : {true, false}) {
+                SCOPED_TRACE(testing::Message() << kFormatNames[format] << is_given << has_data);
+                Call call(format);
+                if (!has_data) call.given.record.data = nullptr;
+                ASSERT_EQ(call.Run(is_given ? &call.given.record : nullptr), PXB_SUCCESS);
+                const bool takes_given = is_given && has_data;
+                const Job job = {"", format, takes_given || format != PXB_RGB32};
+                const Image expected(format, {4, 4}, 1);
+                BlendByModel(job, expected.record, call.src.record,
+                             (takes_given ? call.given : call.own).record, {4, 4, 0, 0, 0, 0});
+                EXPECT_TRUE(call.dst == expected);
+                EXPECT_FALSE(call.HasWrittenAlpha());
+            }
 }
 
-// Each case breaks one thing more than the one before: the first check in order decides.
+// Each call has one fault more than the one before, of a check that comes earlier.
 TEST(AlphaBlend, ChecksInOrder) {
     const Rect outside = {0, 0, 5, 4};
-    const std::function<void(Records&)> kFaults[] = {
-        [](Records& r) { r.own.data = nullptr; },
-        [](Records& r) { r.src.data = nullptr; },
-        [](Records& r) { r.src.data = r.white.data(), r.dst.data = nullptr; },
-        [](Records& r) { r.dst.data = r.pixels.data(), ++r.src.format; },
-    };
     for (int format = -1; format <= 11; ++format) {
         SCOPED_TRACE(format);
-        Records records(format);
-        const bool is_known = format >= 1 && format <= 7, is_other = format >= 6;
-        const std::int32_t by_format = !is_known  ? PXB_BAD_ARGUMENT
-                                       : is_other ? PXB_UNSUPPORTED
-                                                  : PXB_FAILURE;
-        EXPECT_EQ(records.Blend(nullptr, &outside), by_format);
-        for (int fault = 0; fault < 4; ++fault) {
-            kFaults[fault](records);
-            EXPECT_EQ(records.Blend(nullptr, fault < 3 ? &outside : nullptr),
-                      fault == 0 ? by_format : PXB_BAD_ARGUMENT);
+        Call call(format);
+        const auto expect = [&](std::int32_t wanted) {
+            EXPECT_EQ(call.Run(nullptr, &outside), wanted);
+        };
+        const std::int32_t by_format = format < 1 || format > 7 ? PXB_BAD_ARGUMENT
+                                       : format > 5             ? PXB_UNSUPPORTED
+                                                                : PXB_FAILURE;
+        expect(by_format);
+        call.own.record.data = nullptr;
+        expect(by_format);
+        Byte *const to = call.dst.record.data, *const from = call.src.record.data;
+        call.src.record.data = nullptr;
+        expect(PXB_BAD_ARGUMENT);
+        call.dst.record.data = nullptr;
+        expect(PXB_BAD_ARGUMENT);
+        call.src.record.data = from;
+        expect(PXB_BAD_ARGUMENT);
+        call.dst.record.data = to, ++call.src.record.format;
+        expect(PXB_BAD_ARGUMENT);
+        EXPECT_FALSE(call.HasWritten());
+    }
+    for (const int format : {PXB_RGB24, PXB_YV12, PXB_YUY2, PXB_I420})
+        for (const bool has_companion : {true, false}) {
+            Call call(format);
+            call.given.record.data = call.own.record.data = nullptr;
+            if (!has_companion) call.src.record.alpha = nullptr;
+            EXPECT_EQ(call.Run(nullptr), PXB_FAILURE);
+            EXPECT_EQ(call.Run(&call.given.record), PXB_FAILURE);
+            EXPECT_FALSE(call.HasWritten());
         }
-        EXPECT_TRUE(records.IsUntouched());
-    }
-    for (const int format : {PXB_RGB24, PXB_YV12, PXB_YUY2, PXB_I420}) {
-        Records records(format);
-        records.src.alpha = nullptr;
-        records.given.data = nullptr;
-        EXPECT_EQ(records.Blend(nullptr), PXB_FAILURE);
-        EXPECT_EQ(records.Blend(&records.given), PXB_FAILURE);
-        EXPECT_TRUE(records.IsUntouched());
-    }
 }
 
 TEST(AlphaBlend, RefusesRectangles) {
@@ -323,25 +318,22 @@ TEST(AlphaBlend, RefusesRectangles) {
         {{0, 2, 4, 1}, {0, 3, 4, 2}, PXB_FAILURE},  {{0, 0, -1, 4}, {0, 0, -1, 4}, PXB_FAILURE},
         {{4, 0, 4, 4}, {0, 0, 0, 4}, PXB_SUCCESS},  {{0, 4, 4, 4}, {0, 1, 4, 1}, PXB_SUCCESS},
     };
-    for (int format = PXB_RGB24; format <= PXB_I420; ++format)
-        for (const Variant& variant : RunnableVariants()) {
-            SCOPED_TRACE(kFormatNames[format]);
-            const ForcedProcessor forced(variant.words);
-            Records records(format);
-            for (const auto& c : kCases)
-                EXPECT_EQ(records.Blend(nullptr, &c.to, &c.from), c.wanted)
-                    << &c - std::begin(kCases);
-            const Rect smaller = {0, 0, 3, 4}, pixel = {0, 0, 1, 1};
-            EXPECT_EQ(records.Blend(nullptr, nullptr, &smaller), PXB_FAILURE);
-            EXPECT_EQ(records.Blend(nullptr, &smaller, nullptr), PXB_FAILURE);
-            for (std::int32_t ImageBuffer::*extent : {&ImageBuffer::width, &ImageBuffer::height}) {
-                records.dst.*extent = -4;  // no pixels, wherever a rectangle lies
-                EXPECT_EQ(records.Blend(nullptr), PXB_FAILURE);
-                EXPECT_EQ(records.Blend(nullptr, &pixel, &pixel), PXB_SUCCESS);
-                records.dst.*extent = 4;
-            }
-            EXPECT_TRUE(records.IsUntouched());
+    const Rect smaller = {0, 0, 3, 4}, pixel = {0, 0, 1, 1};
+    for (int format = PXB_RGB24; format <= PXB_I420; ++format) {
+        SCOPED_TRACE(kFormatNames[format]);
+        Call call(format);
+        for (const auto& c : kCases)
+            EXPECT_EQ(call.Run(nullptr, &c.to, &c.from), c.wanted) << &c - std::begin(kCases);
+        EXPECT_EQ(call.Run(nullptr, nullptr, &smaller), PXB_FAILURE);
+        EXPECT_EQ(call.Run(nullptr, &smaller, nullptr), PXB_FAILURE);
+        for (std::int32_t ImageBuffer::*extent : {&ImageBuffer::width, &ImageBuffer::height}) {
+            call.dst.record.*extent = -4;  // no pixels, wherever a rectangle lies
+            EXPECT_EQ(call.Run(nullptr), PXB_FAILURE);
+            EXPECT_EQ(call.Run(nullptr, &pixel, &pixel), PXB_SUCCESS);
+            call.dst.record.*extent = 4;
         }
+        EXPECT_FALSE(call.HasWritten());
+    }
 }
 
 }  // namespace
