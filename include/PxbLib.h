@@ -83,10 +83,6 @@
  * Calls may run on any threads at once as long as none of them writes an image that another reads
  * or writes. Nothing in the library changes after it has been loaded.
  *
- * This version
- *
- * It does not have PxbRotate yet: it is declared below, but a program that calls it does not link.
- *
  * Results
  *
  * Every function but the accessors returns a ResultCode. Checks run in the order in which each
@@ -357,14 +353,50 @@ PXB_API int32_t PXB_CALL PxbResizeEx(ImageBuffer* dst, const ImageBuffer* src, c
 /* ---- Turns and mirrors ---- */
 
 /* Rotates `src` by `angle` degrees into `dst`, which has the same format and whatever size the
- * caller gave it (for 90 and 270 usually width and height exchanged). Interleaved images take any
- * angle, with bilinear interpolation; YV12 and I420 take 90, 180 and 270. Pixels of `dst` that no
- * pixel of `src` falls on keep their bytes.
+ * caller gave it (for 90 and 270 usually width and height exchanged). Any `angle` is taken; it is
+ * not reduced modulo 360.
  *
- * Companions: as PxbResize.
+ * The two kinds of images turn in opposite directions, as seen on the screen:
  *
- * PXB_BAD_ARGUMENT  the formats differ; `dst->data` or `src->data` is null; the format is AYUV32,
- *                   NV12 or unknown
+ *     angle   RGB24, RGB32            YV12, I420
+ *     90      counter-clockwise: the  clockwise: the left column, read upward,
+ *             right column becomes    becomes the top row
+ *             the top row
+ *     180     upside down             upside down
+ *     270     clockwise               counter-clockwise
+ *     other   counter-clockwise       nothing is written
+ *
+ * RGB24 and RGB32: the centre of `src` falls on the centre of `dst`, pixels being points with whole
+ * coordinates; nothing is scaled. `dst` pixels between four pixels of `src` are interpolated in 16.16
+ * fixed point with 8-bit weights. Those at the ends of a row that reach over the edge of `src`, by
+ * less than a pixel, fade toward black. Pixels of `dst` that lie outside `src`, and some rows that
+ * only touch it, keep their bytes: paint `dst` first. With equal sizes 0 copies; 360 is no special
+ * case and may differ from that by a level. Nothing is interpolated where a width or
+ * height is 1. Bytes per pixel are `bitsPerPixel` / 8 of each record, whatever the format; where only
+ * `dst` has a fourth byte it becomes 0.
+ *
+ * At exactly 90, 180 and 270 row 0 of `dst`, and at 180 and 270 column 0, are then copied from the
+ * opposite edges of `src`, RGB8 included, which gets nothing else: any other angle leaves RGB8 images,
+ * and so companions, as they are. The copies go by the size of `dst` alone and are not checked. Let
+ * `dst` be Wd x Hd and `src` Ws x Hs; never pass
+ *
+ *     90, 270   Wd > Hs or Hd > Ws: bytes outside `src` would be read
+ *     180       Wd > Ws or Hd > Hs: the same; or strides that differ: column 0 of `dst` is written
+ *               with the stride of `src`, which may lie outside `dst`
+ *
+ * YV12 and I420: exact copies. The stride and height of `dst` tell where its planes lie, and its width
+ * is not looked at; rows are taken to be as long as the pictures are wide, without padding. `dst` must
+ * hold planes as large as those of `src`. Sizes must be even; an odd last column or row of chroma is
+ * left out.
+ *
+ * No memory is allocated. The caller's floating-point environment does not matter and is given back;
+ * all builds give the same bytes.
+ *
+ * Companions: if both images have one, they are rotated too, whatever the result so far, and the
+ * result of that is the result of the call. Bad records (the first line below) end the call before.
+ *
+ * PXB_BAD_ARGUMENT  the formats differ; `dst->data` is null; `src->data` is null
+ * PXB_BAD_ARGUMENT  the format is AYUV32, NV12 or unknown
  * PXB_UNSUPPORTED   the format is YUY2 or YUV422
  * PXB_SUCCESS       otherwise */
 PXB_API int32_t PXB_CALL PxbRotate(ImageBuffer* dst, const ImageBuffer* src, int32_t angle);

@@ -74,6 +74,17 @@ void Mirror() {
     }
 }
 
+void Turn() {
+    for (const PixelFormat format : {PXB_RGB24, PXB_RGB32, PXB_I420})
+        for (const int angle : {30, 90, 180, 270}) {
+            SCOPED_TRACE(testing::Message() << kFormatNames[format] << ", angle " << angle);
+            Image src(format, {140, 140}, 1), dst(format, {140, 140}, 2);
+            src.record.bitsPerPixel = dst.record.bitsPerPixel = 8 * BytesPerPixel(format);
+            EXPECT_EQ(PXB_CALL_OLD(PxbRotate, &dst.record, &src.record, angle), PXB_SUCCESS);
+            EXPECT_EQ(dst.HasChanged(), format != PXB_I420 || angle != 30);
+        }
+}
+
 void MakeAndFill() {
     for (int format = 1; format <= kFormats; ++format) {
         SCOPED_TRACE(kFormatNames[format]);
@@ -124,6 +135,7 @@ TEST(OldCallers, CanCallEveryExportInEveryVariant) {
             TakeChannels();
             Blend();
             Mirror();
+            Turn();
             MakeAndFill();
             Resize();
             Locate();

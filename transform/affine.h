@@ -1,0 +1,21 @@
+// The map from destination to source that turns an image about its centre.
+#pragma once
+#include <cstdint>
+
+#include "core/planes.h"
+
+namespace pxb {
+
+// Source point of the destination pixel (x, y), whole numbers being the pixels of either image:
+// u = m00 x + m10 y + m20, v = m01 x + m11 y + m21.
+struct Affine {
+    double m00, m10, m20;
+    double m01, m11, m21;
+};
+
+// The centre of the destination maps onto the centre of the source. With y pointing down, 90 degrees
+// turn counter-clockwise as seen on the screen. The floating-point unit must be in the state of
+// FloatGuard.
+void TurnAboutCentres(std::int32_t angle_degrees, Extent dst, Extent src, Affine* map);
+
+}  // namespace pxb

@@ -1,0 +1,79 @@
+#include "transform/row_span.h"
+
+#include <algorithm>
+
+#include "core/float_guard.h"
+
+namespace pxb {
+namespace {
+
+enum class Bound {
+    kIncluded,
+    kExcluded
+};
+
+// How many of c, c + step, (c + step) + step, ... come before the bound; at most `most`. Each sum is
+// rounded, and where one falls on the bound its last bit decides. So the sums are walked, save where
+// a division shows that none comes near the bound.
+std::int64_t CountBefore(double bound, Bound kind, double c, double step, std::int64_t most) {
+    if (c > bound) return 0;
+    // A rounding is at most 2^-53 of the largest number. So where the product is below 10^10 steps,
+    // all of them move the count by less than 10^-5.
+    constexpr double kRoundings = 1e10, kNear = 1e-5;
+    const double steps = (bound - c) / step, largest = std::max(-c, bound < 0 ? -bound : bound);
+    if (steps * largest < kRoundings * step) {
+        if (steps > static_cast<double>(most)) return most;
+        const auto whole = static_cast<std::int64_t>(steps);
+        const double rest = steps - static_cast<double>(whole);
+        if (rest > kNear && rest < 1 - kNear) return std::min(whole + 1, most);
+    }
+    std::int64_t count = 0;
+    for (; count < most && (c < bound || (kind == Bound::kIncluded && c == bound)); c += step)
+        ++count;
+    return count;
+}
+
+// From c inward, where the source begins at 0.
+Skips FromBelow(double c, double step, std::int64_t most) {
+    return {CountBefore(-1.0, Bound::kIncluded, c, step, most),
+            CountBefore(0.0, Bound::kExcluded, c, step, most)};
+}
+
+// From c inward, where the source ends. In negative numbers, which round alike.
+Skips FromAbove(double c, double step, double extent, std::int64_t most) {
+    return {CountBefore(-extent, Bound::kIncluded, -c, -step, most),
+            CountBefore(1.0 - extent, Bound::kIncluded, -c, -step, most)};
+}
+
+// The first position counted from the end lies past the row.
+Skips WithoutFirst(Skips skips) {
+    return {std::max(skips.outside - 1, std::int64_t{0}), std::max(skips.all - 1, std::int64_t{0})};
+}
+
+RowSpan Clip(const Track& track, std::int64_t most) {
+    switch (track.direction) {
+        case Direction::kForward:
+            return {FromBelow(track.start, track.step, most),
+                    WithoutFirst(FromAbove(track.end, -track.step, track.extent, most))};
+        case Direction::kBackward:
+            return {FromAbove(track.start, track.step, track.extent, most),
+                    WithoutFirst(FromBelow(track.end, -track.step, most))};
+        default:
+            return {};
+    }
+}
+
+Skips Larger(Skips a, Skips b) {
+    return {std::max(a.outside, b.outside), std::max(a.all, b.all)};
+}
+
+}  // namespace
+
+PXB_NOINLINE bool RowSpanClip(const Track& u, const Track& v, std::int32_t width, RowSpan* span) {
+    const std::int64_t most = std::int64_t{width} + 2;  // then the row is decided
+    const RowSpan a = Clip(u, most), b = Clip(v, most);
+    *span = {Larger(a.leading, b.leading), Larger(a.trailing, b.trailing)};
+    return span->leading.all + span->trailing.all <= width;
+}
+
+}  // namespace pxb

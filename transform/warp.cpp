@@ -1,0 +1,106 @@
+#include "transform/warp.h"
+
+#include <algorithm>
+
+#include "core/float_guard.h"
+#include "transform/bilinear_row.h"
+#include "transform/row_span.h"
+
+namespace pxb {
+namespace {
+
+constexpr double kUnitsPerPixel = 65536.0;
+
+std::int64_t Truncate(double value) {
+    return static_cast<std::int64_t>(value);
+}
+
+bool IsInside(std::int64_t units, std::int32_t extent) {
+    return units >= 0 && units >> 16 < extent;
+}
+
+// Of the coordinate `c` of a pixel in an edge band, 0 to 1. The part of it that lies on the source.
+double Coverage(double c, const Track& track) {
+    if (track.direction == Direction::kResting) return 1.0;
+    if (c < 0) return std::max(0.0, 1.0 + c);
+    if (c < track.extent - 1) return 1.0;
+    return 1.0 - (c - static_cast<double>(Truncate(c)));
+}
+
+class RowWarp {
+  public:
+    RowWarp(const Raster<Byte>& dst, const SourceRowTable& src, const Affine& map)
+        : dst_(dst),
+          src_(src),
+          kernel_(plain::BilinearRowKernel(src.bytes_per_pixel, dst.bytes_per_pixel)),
+          step_{Truncate(map.m00 * kUnitsPerPixel), Truncate(map.m01 * kUnitsPerPixel)},
+          u_(TrackOf(map.m20, map.m00, src.size.width)),
+          v_(TrackOf(map.m21, map.m01, src.size.height)) {}
+
+    bool HasWork() const {
+        return kernel_ &&
+               !(u_.direction == Direction::kResting && v_.direction == Direction::kResting);
+    }
+
+    void Write(Byte* row) const {
+        RowSpan span;
+        if (!RowSpanClip(u_, v_, dst_.size.width, &span)) return;
+        const std::int64_t first = span.leading.all, end = dst_.size.width - span.trailing.all;
+        const FixedPoint at = {Truncate(kUnitsPerPixel * At(u_, first)),
+                               Truncate(kUnitsPerPixel * At(v_, first))};
+        if (u_.direction == Direction::kResting && !IsInside(at.u, u_.extent)) return;
+        if (v_.direction == Direction::kResting && !IsInside(at.v, v_.extent)) return;
+        WriteBand(row, span.leading.outside, first);
+        WriteBand(row, end, dst_.size.width - span.trailing.outside);
+        kernel_(row + first * dst_.bytes_per_pixel, at, step_, src_, end - first);
+    }
+
+    // Row by row, by repeated addition.
+    void Advance(double u, double v) {
+        u_.start += u, u_.end += u;
+        v_.start += v, v_.end += v;
+    }
+
+  private:
+    Track TrackOf(double start, double step, std::int32_t extent) const {
+        return {start, start + dst_.size.width * step, step, DirectionOf(step), extent};
+    }
+    static double At(const Track& track, std::int64_t x) {
+        return track.start + track.step * static_cast<double>(x);
+    }
+
+    void WriteBand(Byte* row, std::int64_t first, std::int64_t end) const {
+        if (first >= end) return;
+        const Byte* const pixel = src_.data + src_.RowOffset(Truncate(At(v_, first))) +
+                                  src_.ColumnOffset(Truncate(At(u_, first)));
+        const int bytes = dst_.bytes_per_pixel, shared = std::min(bytes, src_.bytes_per_pixel);
+        for (std::int64_t x = first; x < end; ++x) {
+            const double coverage = Coverage(At(u_, x), u_) * Coverage(At(v_, x), v_);
+            Byte* const to = row + x * bytes;
+            for (int k = 0; k < shared; ++k)
+                to[k] = static_cast<Byte>(static_cast<std::int32_t>(pixel[k] * coverage));
+            if (bytes > shared) to[shared] = 0;
+        }
+    }
+
+    Raster<Byte> dst_;
+    SourceRowTable src_;
+    BilinearRow* kernel_;
+    FixedPoint step_;
+    Track u_, v_;
+};
+
+}  // namespace
+
+PXB_NOINLINE void AffineWarp(const Raster<Byte>& dst, const SourceRowTable& src,
+                             const Affine& map) {
+    if (std::min({dst.size.width, dst.size.height, src.size.width, src.size.height}) <= 1) return;
+    RowWarp warp(dst, src, map);
+    if (!warp.HasWork()) return;
+    for (std::int32_t y = 0; y < dst.size.height; ++y) {
+        warp.Write(dst.Row(y));
+        warp.Advance(map.m10, map.m11);
+    }
+}
+
+}  // namespace pxb
