@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace pxb::plain {
+namespace pxb {
 namespace {
 
 int Between(int a, int b, int weight) {
@@ -30,12 +30,24 @@ void Interpolate(Byte* dst, FixedPoint at, FixedPoint step, const SourceRowTable
 
 }  // namespace
 
-BilinearRow* BilinearRowKernel(std::int32_t source_bytes, std::int32_t destination_bytes) {
-    if (source_bytes == 3 && destination_bytes == 3) return Interpolate<3, 3>;
-    if (source_bytes == 3 && destination_bytes == 4) return Interpolate<3, 4>;
-    if (source_bytes == 4 && destination_bytes == 3) return Interpolate<4, 3>;
-    if (source_bytes == 4 && destination_bytes == 4) return Interpolate<4, 4>;
-    return nullptr;
+namespace plain {
+
+void BilinearRowKernel(Byte* dst, FixedPoint at, FixedPoint step, const SourceRowTable& source,
+                       std::int64_t count) {
+    if (source.bytes_per_pixel == 3) return Interpolate<3, 3>(dst, at, step, source, count);
+    Interpolate<4, 4>(dst, at, step, source, count);
 }
 
-}  // namespace pxb::plain
+}  // namespace plain
+
+void BilinearRow24To32(Byte* dst, FixedPoint at, FixedPoint step, const SourceRowTable& source,
+                       std::int64_t count) {
+    Interpolate<3, 4>(dst, at, step, source, count);
+}
+
+void BilinearRow32To24(Byte* dst, FixedPoint at, FixedPoint step, const SourceRowTable& source,
+                       std::int64_t count) {
+    Interpolate<4, 3>(dst, at, step, source, count);
+}
+
+}  // namespace pxb

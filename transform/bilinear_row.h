@@ -1,6 +1,7 @@
 // The inner pixels of a warped row, in whole numbers.
 #pragma once
 #include "core/byte.h"
+#include "core/variants.h"
 #include "transform/raster.h"
 
 namespace pxb {
@@ -12,14 +13,22 @@ struct FixedPoint {
 
 // Pixel i of `count` is the source at (u + i du, v + i dv), interpolated between four neighbours:
 // first along rows, then across, each a + floor((b - a) * weight / 256), with the upper 8 bits of the
-// fraction as weight. A fourth byte that the source does not have becomes 0.
+// fraction as weight. Both images have the same bytes per pixel, 3 or 4, if the name tells no more.
 using BilinearRow = void(Byte* dst, FixedPoint at, FixedPoint step, const SourceRowTable& source,
                          std::int64_t count);
 
-namespace plain {
+#define PXB_DECLARE_BILINEAR_ROWS(target) \
+    namespace target {                    \
+    BilinearRow BilinearRowKernel;        \
+    }
+PXB_DECLARE_BILINEAR_ROWS(plain)
+PXB_DECLARE_BILINEAR_ROWS(sse2)
+PXB_WIDE_TARGETS(PXB_TARGET_ALONE, PXB_DECLARE_BILINEAR_ROWS)
+#undef PXB_DECLARE_BILINEAR_ROWS
 
-// The kernel for pixels of that many bytes, 3 or 4 each; null for others.
-BilinearRow* BilinearRowKernel(std::int32_t source_bytes, std::int32_t destination_bytes);
+// From pixels of 3 bytes to those of 4, whose fourth becomes 0, and back.
+BilinearRow BilinearRow24To32, BilinearRow32To24;
 
-}  // namespace plain
+constexpr auto kBilinearRow = PXB_VARIANTS_FROM_SSE2(BilinearRowKernel);
+
 }  // namespace pxb

@@ -3,34 +3,35 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "core/planes.h"
+#include "core/byte.h"
 
 namespace pxb {
 
+// Extents are not negative.
 template <class B>
 struct Raster {
     B* data;
-    Extent size;
+    std::int32_t width, height;
     std::ptrdiff_t stride;
     std::int32_t bytes_per_pixel;
 
-    B* Row(std::ptrdiff_t y) const { return data + y * stride; }
+    PXB_INLINE B* Row(std::ptrdiff_t y) const { return data + y * stride; }
 };
 
 // The source of a warp. Coordinates just outside stand for the nearest pixel: row `height` repeats
 // the last row, column `width` the last column.
 struct SourceRowTable : Raster<const Byte> {
-    std::ptrdiff_t RowOffset(std::int64_t v) const {
-        return static_cast<std::ptrdiff_t>(Nearest(v, size.height)) * stride;
+    PXB_INLINE std::ptrdiff_t RowOffset(std::int64_t v) const {
+        return Nearest(v, height) * stride;
     }
-    std::ptrdiff_t ColumnOffset(std::int64_t u) const {
-        return static_cast<std::ptrdiff_t>(Nearest(u, size.width)) * bytes_per_pixel;
+    PXB_INLINE std::ptrdiff_t ColumnOffset(std::int64_t u) const {
+        return Nearest(u, width) * bytes_per_pixel;
     }
 
   private:
-    static std::int64_t Nearest(std::int64_t at, std::int32_t count) {
+    static PXB_INLINE std::ptrdiff_t Nearest(std::int64_t at, std::int32_t count) {
         if (at < 0) return 0;
-        return at < count ? at : count - 1;
+        return at < count ? static_cast<std::ptrdiff_t>(at) : count - 1;
     }
 };
 

@@ -11,20 +11,28 @@ namespace {
 void Warp(const Raster<Byte>& dst, const SourceRowTable& src, std::int32_t angle_degrees) {
     const FloatGuard guard;
     Affine map;
-    TurnAboutCentres(angle_degrees, dst.size, src.size, &map);
+    TurnAboutCentres(angle_degrees, {dst.width, dst.height}, {src.width, src.height}, &map);
     AffineWarp(dst, src, map);
+}
+
+template <int kBytes>
+void CopyPixelsOf(Byte* dst, std::ptrdiff_t dst_step, const Byte* src, std::ptrdiff_t src_step,
+                  std::int32_t count) {
+    for (; count > 0; --count, dst += dst_step, src += src_step) std::memcpy(dst, src, kBytes);
 }
 
 // `count` pixels, `bytes` each.
 void CopyPixels(Byte* dst, std::ptrdiff_t dst_step, const Byte* src, std::ptrdiff_t src_step,
                 std::int32_t count, std::int32_t bytes) {
+    if (bytes == 3) return CopyPixelsOf<3>(dst, dst_step, src, src_step, count);
+    if (bytes == 4) return CopyPixelsOf<4>(dst, dst_step, src, src_step, count);
     for (; count > 0; --count, dst += dst_step, src += src_step)
         std::memcpy(dst, src, static_cast<std::size_t>(bytes));
 }
 
 void CopyEdges(const Raster<Byte>& dst, const SourceRowTable& src, std::int32_t angle_degrees) {
     const std::int32_t bytes = dst.bytes_per_pixel;
-    const auto [width, height] = dst.size;
+    const std::int32_t width = dst.width, height = dst.height;
     const auto copy_row = [&](std::ptrdiff_t from, std::ptrdiff_t step) {
         CopyPixels(dst.data, bytes, src.data + from, step, width, bytes);
     };
@@ -51,20 +59,15 @@ void CopyEdges(const Raster<Byte>& dst, const SourceRowTable& src, std::int32_t 
     }
 }
 
-bool IsEmpty(Extent size) {
-    return size.width == 0 || size.height == 0;
-}
-
 }  // namespace
 
 void RotateInterleaved(std::int32_t dst_bits_per_pixel, Byte* dst, std::int32_t dst_width,
                        std::int32_t dst_height, std::int32_t dst_stride, const Byte* src,
                        std::int32_t src_width, std::int32_t src_height, std::int32_t src_stride,
                        std::int32_t src_bits_per_pixel, std::int32_t angle_degrees) {
-    const Raster<Byte> to = {dst, {dst_width, dst_height}, dst_stride, dst_bits_per_pixel / 8};
-    const SourceRowTable from = {
-        {src, {src_width, src_height}, src_stride, src_bits_per_pixel / 8}};
-    if (IsEmpty(to.size) || IsEmpty(from.size)) return;
+    const Raster<Byte> to = {dst, dst_width, dst_height, dst_stride, dst_bits_per_pixel / 8};
+    const SourceRowTable from = {{src, src_width, src_height, src_stride, src_bits_per_pixel / 8}};
+    if (!dst_width || !dst_height || !src_width || !src_height) return;
     Warp(to, from, angle_degrees);
     if (to.bytes_per_pixel > 0) CopyEdges(to, from, angle_degrees);
 }

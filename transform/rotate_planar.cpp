@@ -9,14 +9,17 @@ namespace {
 void TurnPlane(Byte* dst, const Byte* src, std::int32_t angle_degrees, std::int32_t width,
                std::int32_t height) {
     if (width == 0 || height == 0) return;
-    const std::ptrdiff_t row = width, last_row = row * (height - 1), last = last_row + width - 1;
+    const std::ptrdiff_t row = width;
+    const auto turn = [&](const Byte* from, std::ptrdiff_t x_step, std::ptrdiff_t y_step) {
+        kTurnQuarter.Choose()(dst, height, from, x_step, y_step, height, width, 1);
+    };
     switch (angle_degrees) {
         case 90:
-            return kTurnQuarter.Choose()(dst, height, src + last_row, -row, 1, height, width, 1);
-        case 180:  // from end to end, as if it were a single row
-            return kTurnHalf.Choose()(dst, row, src + last, -1, -row, width, height, 1);
+            return turn(src + row * (height - 1), -row, 1);
+        case 180:
+            return kTurnHalf.Choose()(dst, src, row * height);
         case 270:
-            return kTurnQuarter.Choose()(dst, height, src + width - 1, row, -1, height, width, 1);
+            return turn(src + width - 1, row, -1);
         default:
             return;
     }

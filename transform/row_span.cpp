@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/byte.h"
 #include "core/float_guard.h"
 
 namespace pxb {
@@ -12,11 +13,13 @@ enum class Bound {
     kExcluded
 };
 
-// How many of c, c + step, (c + step) + step, ... come before the bound; at most `most`. Each sum is
-// rounded, and where one falls on the bound its last bit decides. So the sums are walked, save where
-// a division shows that none comes near the bound.
-std::int64_t CountBefore(double bound, Bound kind, double c, double step, std::int64_t most) {
-    if (c > bound) return 0;
+bool IsBefore(double c, double bound, Bound kind) {
+    return c < bound || (kind == Bound::kIncluded && c == bound);
+}
+
+// Counts on from c.
+PXB_NOINLINE std::int64_t CountOn(double bound, Bound kind, double c, double step,
+                                  std::int64_t most) {
     // A rounding is at most 2^-53 of the largest number. So where the product is below 10^10 steps,
     // all of them move the count by less than 10^-5.
     constexpr double kRoundings = 1e10, kNear = 1e-5;
@@ -28,9 +31,20 @@ std::int64_t CountBefore(double bound, Bound kind, double c, double step, std::i
         if (rest > kNear && rest < 1 - kNear) return std::min(whole + 1, most);
     }
     std::int64_t count = 0;
-    for (; count < most && (c < bound || (kind == Bound::kIncluded && c == bound)); c += step)
-        ++count;
+    for (; count < most && IsBefore(c, bound, kind); c += step) ++count;
     return count;
+}
+
+// How many of c, c + step, (c + step) + step, ... come before the bound; at most `most`. Each sum is
+// rounded, and where one falls on the bound its last bit decides. So the sums are walked, save where
+// a division shows that none comes near the bound.
+PXB_INLINE std::int64_t CountBefore(double bound, Bound kind, double c, double step,
+                                    std::int64_t most) {
+    constexpr std::int64_t kFew =
+        4;  // sums that take no longer than a division; `most` is not less
+    for (std::int64_t count = 0; count < kFew; ++count, c += step)
+        if (!IsBefore(c, bound, kind)) return count;
+    return kFew + CountOn(bound, kind, c, step, most - kFew);
 }
 
 // From c inward, where the source begins at 0.

@@ -1,21 +1,30 @@
-// Exact turns of a plane of samples or pixels by a quarter or a half.
+// Exact turns of samples or pixels by a quarter or a half.
 #pragma once
 #include "core/byte.h"
 #include "core/variants.h"
 
 namespace pxb {
 
-// Destination pixel (x, y) takes the `bytes` (1, 3 or 4) at src + x * x_step + y * y_step. Of a
-// quarter turn y_step is one pixel of the source or minus that, of a half turn x_step is minus one.
-using TurnKernel = void(Byte* dst, std::ptrdiff_t dst_stride, const Byte* src,
-                        std::ptrdiff_t x_step, std::ptrdiff_t y_step, std::int32_t width,
-                        std::int32_t height, std::int32_t bytes);
+// Destination pixel (x, y) takes the `bytes` (1, 3 or 4) at src + x * x_step + y * y_step, where
+// y_step is one pixel of a source row, forward or backward.
+using QuarterTurn = void(Byte* dst, std::ptrdiff_t dst_stride, const Byte* src,
+                         std::ptrdiff_t x_step, std::ptrdiff_t y_step, std::int32_t width,
+                         std::int32_t height, std::int32_t bytes);
 
-namespace plain {
-TurnKernel TurnQuarter, TurnHalf;
-}  // namespace plain
+// Reverses the order of all bytes.
+using HalfTurn = void(Byte* dst, const Byte* src, std::ptrdiff_t count);
 
-constexpr Variants<TurnKernel> kTurnQuarter = {plain::TurnQuarter};
-constexpr Variants<TurnKernel> kTurnHalf = {plain::TurnHalf};
+#define PXB_DECLARE_TURNS(target) \
+    namespace target {            \
+    QuarterTurn TurnQuarter;      \
+    HalfTurn TurnHalf;            \
+    }
+PXB_DECLARE_TURNS(plain)
+PXB_DECLARE_TURNS(sse2)
+PXB_WIDE_TARGETS(PXB_TARGET_ALONE, PXB_DECLARE_TURNS)
+#undef PXB_DECLARE_TURNS
+
+constexpr auto kTurnQuarter = PXB_VARIANTS_FROM_SSE2(TurnQuarter);
+constexpr auto kTurnHalf = PXB_VARIANTS_FROM_SSE2(TurnHalf);
 
 }  // namespace pxb

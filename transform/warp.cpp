@@ -5,6 +5,7 @@
 #include "core/float_guard.h"
 #include "transform/bilinear_row.h"
 #include "transform/row_span.h"
+#include "transform/turns.h"
 
 namespace pxb {
 namespace {
@@ -27,15 +28,23 @@ double Coverage(double c, const Track& track) {
     return 1.0 - (c - static_cast<double>(Truncate(c)));
 }
 
+// Null for pixels that are not of 3 or 4 bytes.
+BilinearRow* KernelFor(std::int32_t src_bytes, std::int32_t dst_bytes) {
+    if (src_bytes == 3 && dst_bytes == 4) return BilinearRow24To32;
+    if (src_bytes == 4 && dst_bytes == 3) return BilinearRow32To24;
+    const bool same = src_bytes == dst_bytes && (src_bytes == 3 || src_bytes == 4);
+    return same ? kBilinearRow.Choose() : nullptr;
+}
+
 class RowWarp {
   public:
     RowWarp(const Raster<Byte>& dst, const SourceRowTable& src, const Affine& map)
         : dst_(dst),
           src_(src),
-          kernel_(plain::BilinearRowKernel(src.bytes_per_pixel, dst.bytes_per_pixel)),
+          kernel_(KernelFor(src.bytes_per_pixel, dst.bytes_per_pixel)),
           step_{Truncate(map.m00 * kUnitsPerPixel), Truncate(map.m01 * kUnitsPerPixel)},
-          u_(TrackOf(map.m20, map.m00, src.size.width)),
-          v_(TrackOf(map.m21, map.m01, src.size.height)) {}
+          u_(TrackOf(map.m20, map.m00, src.width)),
+          v_(TrackOf(map.m21, map.m01, src.height)) {}
 
     bool HasWork() const {
         return kernel_ &&
@@ -44,14 +53,14 @@ class RowWarp {
 
     void Write(Byte* row) const {
         RowSpan span;
-        if (!RowSpanClip(u_, v_, dst_.size.width, &span)) return;
-        const std::int64_t first = span.leading.all, end = dst_.size.width - span.trailing.all;
+        if (!RowSpanClip(u_, v_, dst_.width, &span)) return;
+        const std::int64_t first = span.leading.all, end = dst_.width - span.trailing.all;
         const FixedPoint at = {Truncate(kUnitsPerPixel * At(u_, first)),
                                Truncate(kUnitsPerPixel * At(v_, first))};
         if (u_.direction == Direction::kResting && !IsInside(at.u, u_.extent)) return;
         if (v_.direction == Direction::kResting && !IsInside(at.v, v_.extent)) return;
         WriteBand(row, span.leading.outside, first);
-        WriteBand(row, end, dst_.size.width - span.trailing.outside);
+        WriteBand(row, end, dst_.width - span.trailing.outside);
         kernel_(row + first * dst_.bytes_per_pixel, at, step_, src_, end - first);
     }
 
@@ -63,7 +72,7 @@ class RowWarp {
 
   private:
     Track TrackOf(double start, double step, std::int32_t extent) const {
-        return {start, start + dst_.size.width * step, step, DirectionOf(step), extent};
+        return {start, start + dst_.width * step, step, DirectionOf(step), extent};
     }
     static double At(const Track& track, std::int64_t x) {
         return track.start + track.step * static_cast<double>(x);
@@ -90,14 +99,54 @@ class RowWarp {
     Track u_, v_;
 };
 
+// The whole numbers c with 0 <= start + c * step < extent that are below count; step is 1 or -1.
+struct Interval {
+    std::int32_t first, end;
+};
+Interval Within(double start, double step, std::int32_t extent, std::int32_t count) {
+    const double first = step > 0 ? -start : start - (extent - 1), most = count;
+    return {static_cast<std::int32_t>(std::clamp(first, 0.0, most)),
+            static_cast<std::int32_t>(std::clamp(first + extent, 0.0, most))};
+}
+
+bool IsUnit(double step) {
+    return step == 1.0 || step == -1.0;
+}
+bool IsWhole(double c) {
+    constexpr double kMost = 4294967296.0;  // no sum of two extents is larger
+    return c > -kMost && c < kMost && c == static_cast<double>(Truncate(c));
+}
+
+// Whole coordinates all over, each row of the destination lying on a column of the source. Nothing
+// is interpolated then, and edge bands are single pixels that do not fade.
+bool IsExactQuarterTurn(const Affine& map) {
+    return map.m00 == 0 && map.m11 == 0 && IsUnit(map.m01) && IsUnit(map.m10) && IsWhole(map.m20) &&
+           IsWhole(map.m21);
+}
+
+void TurnExactQuarter(const Raster<Byte>& dst, const SourceRowTable& src, const Affine& map) {
+    const Interval x = Within(map.m21, map.m01, src.height, dst.width);
+    const Interval y = Within(map.m20, map.m10, src.width, dst.height);
+    if (x.first >= x.end || y.first >= y.end) return;
+    const std::int32_t bytes = src.bytes_per_pixel;
+    const std::int64_t u = Truncate(map.m20 + map.m10 * y.first);
+    const std::int64_t v = Truncate(map.m21 + map.m01 * x.first);
+    kTurnQuarter.Choose()(dst.Row(y.first) + std::ptrdiff_t{x.first} * bytes, dst.stride,
+                          src.data + src.RowOffset(v) + src.ColumnOffset(u),
+                          map.m01 > 0 ? src.stride : -src.stride, map.m10 > 0 ? bytes : -bytes,
+                          x.end - x.first, y.end - y.first, bytes);
+}
+
 }  // namespace
 
 PXB_NOINLINE void AffineWarp(const Raster<Byte>& dst, const SourceRowTable& src,
                              const Affine& map) {
-    if (std::min({dst.size.width, dst.size.height, src.size.width, src.size.height}) <= 1) return;
+    if (std::min({dst.width, dst.height, src.width, src.height}) <= 1) return;
     RowWarp warp(dst, src, map);
     if (!warp.HasWork()) return;
-    for (std::int32_t y = 0; y < dst.size.height; ++y) {
+    if (src.bytes_per_pixel == dst.bytes_per_pixel && IsExactQuarterTurn(map))
+        return TurnExactQuarter(dst, src, map);
+    for (std::int32_t y = 0; y < dst.height; ++y) {
         warp.Write(dst.Row(y));
         warp.Advance(map.m10, map.m11);
     }
