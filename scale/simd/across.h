@@ -20,7 +20,9 @@ class BlendAcross {
   public:
     PXB_INLINE BlendAcross(const ScaleJob& job, Scratch scratch)
         : columns_(TakeBlendColumns(scratch, job)), bytes_(job.dst_row_bytes) {}
-    PXB_INLINE bool TakeBoth(Byte*, const Byte*, const Byte*, int) const { return false; }
+    PXB_INLINE bool TakeBoth(Byte*, const Byte*, const Byte*, int, std::ptrdiff_t) const {
+        return false;
+    }
     PXB_INLINE void operator()(Byte* to, const Byte* row) const {
         BlendColumns<kFlip>(to, row, columns_, bytes_);
     }
@@ -74,6 +76,7 @@ class CopyAcross {
     PXB_INLINE CopyAcross(const ScaleJob& job, Scratch scratch)
         : job_(job),
           even_(EvenLayoutOf(job, 0)),
+          controls_(even_),
           table_(TakeWindowTable(scratch, job.dst_row_bytes, kByteWindows, Blocks::kControls<kMost>,
                                  0)) {
         if (even_.times || job.dst_row_bytes < Blocks::kBytes) return;
@@ -82,8 +85,10 @@ class CopyAcross {
                                            PXB_INLINE_LAMBDA { return FillBytes<n>(table_, job); });
     }
     PXB_INLINE void operator()(Byte* to, const Byte* row) const {
-        if (even_.times == 2) return CopyEven<2>(to, row, even_, job_.dst_row_bytes);
-        if (even_.times == 4) return CopyEven<4>(to, row, even_, job_.dst_row_bytes);
+        if (even_.times == 2)
+            return CopyEven<2>(to, row, controls_, job_.dst_row_bytes, job_.src_stride);
+        if (even_.times == 4)
+            return CopyEven<4>(to, row, controls_, job_.dst_row_bytes, job_.src_stride);
         const bool done = RunParts<1, kMost>(parts_, [&]<int n>() PXB_INLINE_LAMBDA {
             CopyWindows<n>(to, row, table_, job_.dst_row_bytes);
         });
@@ -94,6 +99,7 @@ class CopyAcross {
     static constexpr int kMost = Blocks::kLongest;
     const ScaleJob& job_;
     const EvenLayout even_;
+    const EvenControls controls_;
     const WindowTable table_;
     int parts_ = kNoWindows;
 };
@@ -102,6 +108,7 @@ class BlendAcross {
   public:
     PXB_INLINE BlendAcross(const ScaleJob& job, Scratch scratch)
         : even_(EvenLayoutOf(job, kHalf)),
+          controls_(even_),
           table_(TakeWindowTable(scratch, job.dst_row_bytes, kPairWindows,
                                  kPairRegisters * Blocks::kControls<kMost>, kPairRegisters)),
           bytes_(job.dst_row_bytes) {
@@ -113,12 +120,13 @@ class BlendAcross {
         if (parts_ == kNoWindows) columns_ = TakeBlendColumns(scratch, job);
     }
     // Both passes at once, where that is possible for these rows.
-    PXB_INLINE bool TakeBoth(Byte* to, const Byte* a, const Byte* b, int weight) const {
+    PXB_INLINE bool TakeBoth(Byte* to, const Byte* a, const Byte* b, int weight,
+                             std::ptrdiff_t stride) const {
         if (weight != kHalf || even_.times == 0) return false;
         if (even_.times == 2)
-            AverageEven<2>(to, a, b, even_, bytes_);
+            AverageEven<2>(to, a, b, controls_, bytes_, stride);
         else
-            AverageEven<4>(to, a, b, even_, bytes_);
+            AverageEven<4>(to, a, b, controls_, bytes_, stride);
         return true;
     }
     PXB_INLINE void operator()(Byte* to, const Byte* row) const {
@@ -136,6 +144,7 @@ class BlendAcross {
     static constexpr int kMost = Blocks::kLongest < 3 ? Blocks::kLongest : 3;
     static constexpr int kHalf = 128;
     const EvenLayout even_;
+    const EvenControls controls_;
     const WindowTable table_;
     const std::ptrdiff_t bytes_;
     const BlendColumn* columns_ = nullptr;
