@@ -75,7 +75,7 @@ Entry Spline(const SoftDouble& position) {
     const double s = 1 - t, sixfold[] = {s * s * s, 4 - 3 * t * t * (2 - t),
                                          4 - 3 * s * s * (2 - s), t * t * t};
     Entry entry = {Entry::kSpline, first};
-    for (int i = 0; i < 4; ++i) entry.weights[i] = static_cast<int>(255 * sixfold[i] / 6 + 0.5);
+    for (int i = 0; i < 4; ++i) entry.weights[i] = static_cast<int>((85 * sixfold[i] + 1) / 2);
     *std::max_element(entry.weights.begin(), entry.weights.end()) +=
         255 - std::accumulate(entry.weights.begin(), entry.weights.end(), 0);
     return entry;
@@ -129,17 +129,25 @@ struct Samples {
     Extent extent;
 };
 
-void Scale(const Samples& dst, const Samples& src, Method method, bool tight = false) {
-    const std::vector<Entry> columns = Axis(method, dst.extent.width, src.extent.width, tight);
+// With `pairs`, an odd last column of the destination counts in the step, but is not written.
+void Scale(const Samples& dst, const Samples& src, Method method, bool tight = false,
+           bool pairs = false) {
+    std::vector<Entry> columns = Axis(method, dst.extent.width, src.extent.width, tight);
     const std::vector<Entry> rows = Axis(method, dst.extent.height, src.extent.height);
-    for (Int y = 0; y < dst.extent.height; ++y)
-        for (Int x = 0; x < dst.extent.width; ++x)
-            dst.data[y * dst.stride + x * dst.step] =
-                static_cast<Byte>(Evaluate(columns[x], src.extent.width, [&](Int sx) {
-                    return Evaluate(rows[y], src.extent.height, [&](Int sy) {
-                        return int{src.data[sy * src.stride + sx * src.step]};
-                    });
-                }));
+    if (pairs && columns.size() % 2) columns.pop_back();
+    Byte* row = dst.data;
+    for (const Entry& down : rows) {
+        Byte* out = row;
+        for (const Entry& across : columns) {
+            *out = static_cast<Byte>(Evaluate(across, src.extent.width, [&](Int x) {
+                return Evaluate(down, src.extent.height, [&](Int y) {
+                    return int{src.data[y * src.stride + x * src.step]};
+                });
+            }));
+            out += dst.step;
+        }
+        row += dst.stride;
+    }
 }
 
 // ---- Which method ----
@@ -198,13 +206,7 @@ void ScalePacked(const Samples& dst, const Samples& src) {
         return Samples{all.data + offset, 4, all.stride, {all.extent.width / 2, all.extent.height}};
     };
     if (IsEmpty(chroma(dst, 1).extent, chroma(src, 1).extent)) return;
-    // An odd destination's last pixel is computed, and then put back.
-    std::vector<Byte> last;
-    const Int x = dst.extent.width - 1;
-    for (Int y = 0; y < dst.extent.height; ++y) last.push_back(dst.data[y * dst.stride + 2 * x]);
-    Scale(dst, src, Method::kBilinear);
-    for (Int y = 0; x % 2 == 0 && y < dst.extent.height; ++y)
-        dst.data[y * dst.stride + 2 * x] = last[y];
+    Scale(dst, src, Method::kBilinear, false, true);
     for (const int offset : {1, 3})
         Scale(chroma(dst, offset), chroma(src, offset), Method::kBilinear);
 }

@@ -254,20 +254,20 @@ double EdgeOf(const Samples& s, bool across) {
 // half a sample.
 TEST(ScaledContent, NeitherLumaNorChromaIsShifted) {
     constexpr Size kFrom = {64, 64};
-    constexpr int kFirst = 8, kEnd = 56;
+    constexpr int kFirst = 8, kEdges = 24;
     const auto mean_shifts = [&](int format, Size to, std::int32_t mode, bool across) {
         std::vector<double> shifts(3);  // in samples of the plane
         Image src(format, kFrom);
-        for (int at = kFirst; at < kEnd; at += 2) {
-            const double edge = at / 64.0;
+        for (int i = 0; i < kEdges; ++i) {
+            const double edge = (kFirst + 2 * i) / 64.0;
             PaintEdge(src, edge, across);
             const Image dst = Resized(src, to, mode);
-            for (int i = 0; i < 3; ++i) {
-                const Samples s = PlanesOf(dst)[i];
-                shifts[i] += (EdgeOf(s, across) - edge) * (across ? s.width : s.height);
+            for (int plane = 0; plane < 3; ++plane) {
+                const Samples s = PlanesOf(dst)[plane];
+                shifts[plane] += (EdgeOf(s, across) - edge) * (across ? s.width : s.height);
             }
         }
-        for (double& shift : shifts) shift /= (kEnd - kFirst) / 2;
+        for (double& shift : shifts) shift /= kEdges;
         return shifts;
     };
     InEveryVariant([&] {
