@@ -129,16 +129,20 @@ struct Samples {
     Extent extent;
 };
 
-// With `pairs`, an odd last column of the destination counts in the step, but is not written.
-void Scale(const Samples& dst, const Samples& src, Method method, bool tight = false,
-           bool pairs = false) {
-    std::vector<Entry> columns = Axis(method, dst.extent.width, src.extent.width, tight);
-    const std::vector<Entry> rows = Axis(method, dst.extent.height, src.extent.height);
-    if (pairs && columns.size() % 2) columns.pop_back();
+struct Axes {
+    std::vector<Entry> columns, rows;
+};
+
+Axes AxesOf(const Samples& dst, const Samples& src, Method method, bool tight = false) {
+    return {Axis(method, dst.extent.width, src.extent.width, tight),
+            Axis(method, dst.extent.height, src.extent.height)};
+}
+
+void Scale(const Samples& dst, const Samples& src, const Axes& axes) {
     Byte* row = dst.data;
-    for (const Entry& down : rows) {
+    for (const Entry& down : axes.rows) {
         Byte* out = row;
-        for (const Entry& across : columns) {
+        for (const Entry& across : axes.columns) {
             *out = static_cast<Byte>(Evaluate(across, src.extent.width, [&](Int x) {
                 return Evaluate(down, src.extent.height, [&](Int y) {
                     return int{src.data[y * src.stride + x * src.step]};
@@ -181,9 +185,10 @@ void ScaleInterleaved(Samples dst, Samples src, std::int32_t mode) {
     if (!known || IsEmpty(dst.extent, src.extent)) return;
     const Method method = MethodFor(mode, dst.extent, src.extent, to, from);
     if (method == Method::kNothing) return;
+    const Axes axes = AxesOf(dst, src, method, from == 3);
     for (Int i = 0; i < to; ++i, ++dst.data, ++src.data) {
         if (i < from) {
-            Scale(dst, src, method, from == 3);
+            Scale(dst, src, axes);
             continue;
         }
         for (Int y = 0; y < dst.extent.height; ++y)
@@ -197,7 +202,8 @@ void ScalePlanar(const std::array<Samples, 3>& dst, const std::array<Samples, 3>
     for (int plane = 0; plane < 3; ++plane) {
         const Extent to = dst[plane].extent, from = src[plane].extent;
         if (IsEmpty(to, from) || dst[plane].stride < 0 || src[plane].stride < 0) continue;
-        Scale(dst[plane], src[plane], HasExtent(to, from, 1) ? Method::kNearest : method);
+        const Method here = HasExtent(to, from, 1) ? Method::kNearest : method;
+        Scale(dst[plane], src[plane], AxesOf(dst[plane], src[plane], here));
     }
 }
 
@@ -206,9 +212,12 @@ void ScalePacked(const Samples& dst, const Samples& src) {
         return Samples{all.data + offset, 4, all.stride, {all.extent.width / 2, all.extent.height}};
     };
     if (IsEmpty(chroma(dst, 1).extent, chroma(src, 1).extent)) return;
-    Scale(dst, src, Method::kBilinear, false, true);
-    for (const int offset : {1, 3})
-        Scale(chroma(dst, offset), chroma(src, offset), Method::kBilinear);
+    // An odd last column of the destination counts in the step, but is not written.
+    Axes luma = AxesOf(dst, src, Method::kBilinear);
+    if (luma.columns.size() % 2) luma.columns.pop_back();
+    Scale(dst, src, luma);
+    const Axes both = AxesOf(chroma(dst, 1), chroma(src, 1), Method::kBilinear);
+    for (const int offset : {1, 3}) Scale(chroma(dst, offset), chroma(src, offset), both);
 }
 
 Extent ExtentOf(const Rect& rect) {
