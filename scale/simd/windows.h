@@ -184,7 +184,8 @@ PXB_INLINE bool FillPairs(const WindowTable& table, const ScaleJob& job) {
                 const int picked = at / Blocks::kBytes, in_register = at % Blocks::kBytes;
                 Blocks::SetControls<n>(controls + picked * kPicked + in_register,
                                        WordsOf(_mm256_or_si256(place, _mm256_slli_epi32(next, 8))),
-                                       XmmRegister::Store);
+                                       [](Byte* to, __m128i a)
+                                           PXB_INLINE_LAMBDA { XmmRegister::Store(to, a); });
                 Weights::Set(weights + picked * kWeights + in_register, columns[i]);
             }
         }
