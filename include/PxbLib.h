@@ -434,10 +434,11 @@ PXB_API int32_t PXB_CALL PxbFliphorizontal(ImageBuffer* image, const Rect* rect)
  * any coordinates. Rows move as wholes, and what lies outside stays.
  *
  * Interleaved formats and YUV422: pixels of `bitsPerPixel` / 8 bytes, whatever the format; a record
- * that the caller filled must have it right. YV12 and I420: luma as it is; in each chroma plane
- * (right - left) / 2 samples from column left / 2 on, in (bottom - top) / 2 rows from top / 2 on,
- * where the second plane lies stride * height / 4 bytes after the first. Mirroring twice restores
- * the image, unless its rows overlap.
+ * that the caller filled must have it right. YUV422 is taken as packed rows: planes of its other
+ * reading would be mixed up. YV12 and I420: luma as it is; in each chroma plane (right - left) / 2
+ * samples from column left / 2 on, in (bottom - top) / 2 rows from top / 2 on, where the second
+ * plane lies stride * height / 4 bytes after the first. Mirroring twice restores the image, unless
+ * its rows overlap.
  *
  * Companions: as PxbFliphorizontal; RGB8 companions are mirrored with their owners.
  *

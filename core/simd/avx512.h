@@ -72,8 +72,7 @@ struct Avx512 : Avx512Register {
         __m512i quarter[4];  // 16 pixels each
     };
     struct Backward {
-        __m512i parts[3];  // 21 pixels, and a byte of another
-        __m512i last;      // 32 bytes
+        __m512i third[3];  // 64 bytes each
     };
 
     static PXB_INLINE Bytes Load(const Byte* src) { return {LoadAll(src)}; }
@@ -166,20 +165,10 @@ struct Avx512 : Avx512Register {
         return ReverseLanes(a, [](int i) PXB_INLINE_LAMBDA { return i; });
     }
     static PXB_INLINE Backward LoadBackward(const Byte* src) {
-        const __m512i turn =
-            Indices([](int i) PXB_INLINE_LAMBDA { return (61 - i / 3 * 3 + i % 3) & 63; });
-        const __m512i turn_last = Indices(
-            [](int i) PXB_INLINE_LAMBDA { return (30 - (i + 1) / 3 * 3 + (i + 1) % 3) & 63; });
-        const auto part = [=](int i) PXB_INLINE_LAMBDA {
-            return _mm512_permutexvar_epi8(turn, _mm512_loadu_si512(src + 128 - 63 * i));
-        };
-        return {{part(0), part(1), part(2)},
-                _mm512_permutexvar_epi8(turn_last, _mm512_loadu_si512(src))};
+        return {{LoadThird<0, 64>(src), LoadThird<1, 1>(src), LoadThird<2, 0>(src)}};
     }
-    // The byte too many of each part is where the next one begins.
     static PXB_INLINE void StoreBackward(Byte* dst, const Backward& a) {
-        for (int i = 0; i < 3; ++i) _mm512_storeu_si512(dst + 63 * i, a.parts[i]);
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst + 160), _mm512_castsi512_si256(a.last));
+        for (int i = 0; i < 3; ++i) StoreAll(dst + 64 * i, a.third[i]);
     }
     static PXB_INLINE Pixels ReverseYuy2(const Pixels& a) {
         return ReverseLanes(a, [](int i) PXB_INLINE_LAMBDA { return i % 2 ? i : 2 - i; });
@@ -268,6 +257,15 @@ struct Avx512 : Avx512Register {
         Pixels pixels;
         for (int i = 0; i < 4; ++i) pixels.quarter[i] = LoadQuarter<kBytesPerPixel>(src, i);
         return pixels;
+    }
+    // Third k of 64 pixels of 3 bytes in reverse order. It comes from 128 bytes, the first of which
+    // is byte kFirst.
+    template <int k, int kFirst>
+    static PXB_INLINE __m512i LoadThird(const Byte* src) {
+        return Pick(LoadAll(src + kFirst), LoadAll(src + kFirst + 64), [](int i) PXB_INLINE_LAMBDA {
+            const int byte = 64 * k + i;
+            return 189 - byte / 3 * 3 + byte % 3 - kFirst;
+        });
     }
     struct InOrder {
         static constexpr PXB_INLINE int At(int i) { return i; }
