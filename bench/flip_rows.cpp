@@ -79,6 +79,7 @@ PeerWork FlipByOpencv(const Frame& from, const Frame& to, bool horizontal) {
     const bool groups = horizontal && to.record.format == PXB_YUY2;
     const int bytes = PlaneCount(to) > 1 ? 1 : groups ? 4 : to.record.bitsPerPixel / 8;
     std::vector<std::pair<cv::Mat, cv::Mat>> planes;
+    planes.reserve(PlaneCount(to));
     for (int i = 0; i < PlaneCount(to); ++i)
         planes.emplace_back(PlaneOf(from, i, bytes), PlaneOf(to, i, bytes));
     cv::setNumThreads(1);

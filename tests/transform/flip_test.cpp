@@ -188,6 +188,7 @@ TEST(Flip, MirrorsEveryRectangleOfSmallImages) {
     FlipTrial trial;
     for (int format = PXB_RGB24; format <= PXB_YUV422; ++format)
         for (const Size size : {Size{1, 1}, {2, 3}, {3, 2}, {5, 4}, {6, 5}, {7, 2}, {9, 3}}) {
+            if (!kThorough && size.width > 5) continue;
             const ImageBuffer image = Shaped(format, size, size.width % 3 + size.height % 2);
             for (Rect r = {}; r.left < size.width; ++r.left)
                 for (r.right = r.left + 1; r.right <= size.width; ++r.right)
@@ -203,7 +204,7 @@ TEST(Flip, MirrorsEveryRectangleOfSmallImages) {
 TEST(Flip, MirrorsWideRows) {
     FlipTrial trial;
     for (int format = PXB_RGB24; format <= PXB_YUV422; ++format)
-        for (int width = 1; width <= 300; width += kThorough ? 1 : 3) {
+        for (int width = 1; width <= 300; width += kThorough ? 1 : 7) {
             const bool bottom_up = !IsPlanar(format) && width % 3 == 1;
             trial.Run(Shaped(format, {width, 4}, width % 5, bottom_up), nullptr);
             const int left = format == PXB_YUY2 ? width % 4 * 2 : width % 7;
