@@ -3,6 +3,7 @@
 
 #include "bench/blend_rows.h"
 #include "bench/flip_rows.h"
+#include "bench/rotate_rows.h"
 #include "bench/scale_rows.h"
 
 namespace pxb::bench {
@@ -75,7 +76,7 @@ double Target::At(int width, int height) const {
 std::span<const Row> Rows() {
     static const std::vector<Row> rows = [] {
         std::vector<Row> all(std::begin(kRows), std::end(kRows));
-        for (const std::vector<Row>& family : {ScaleRows(), FlipRows(), BlendRows()})
+        for (const std::vector<Row>& family : {ScaleRows(), RotateRows(), FlipRows(), BlendRows()})
             all.insert(all.end(), family.begin(), family.end());
         return all;
     }();
@@ -87,9 +88,19 @@ std::vector<Size> SizesOf(const Row& row, std::span<const Size> asked) {
     return {asked.begin(), asked.end()};
 }
 
+namespace {
+
+Size SourceSize(const Task& task, Size destination) {
+    if (task.turned) return {destination.height, destination.width};
+    return {task.source.width ? task.source.width : destination.width,
+            task.source.height ? task.source.height : destination.height};
+}
+
+}  // namespace
+
 Scene::Scene(const Row& row, int width, int height, int place)
-    : src(row.source, row.task.source.width ? row.task.source.width : width,
-          row.task.source.height ? row.task.source.height : height, kOffsets[place][0]),
+    : src(row.source, SourceSize(row.task, {width, height}).width,
+          SourceSize(row.task, {width, height}).height, kOffsets[place][0]),
       dst(row.destination, width, height, kOffsets[place][1]),
       between(PXB_RGB32, width, height, 0) {}
 

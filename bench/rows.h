@@ -63,6 +63,7 @@ struct Task {
     // Where the task also reads the destination: puts there what it finds in a run whose result is
     // compared. Otherwise every byte is written.
     std::function<void(Scene&)> begin;
+    bool turned = false;  // the source has the destination's size with width and height exchanged
 };
 
 struct Row {

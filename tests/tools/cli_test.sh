@@ -40,8 +40,14 @@ expect "$(pxb info half.bmp | grep -c '^size        51 x 38')" 1
 expect "$(pxb info card.y4m | grep -c '^frames      3, 25 a second')" 1
 pxb flip card.y4m back.y4m --vertical && pxb flip back.y4m again.i420 --vertical &&
     head -c $((101 * 74)) card.i420 | cmp -n $((101 * 74)) - again.i420 || fail "flip of a video"
+pxb testcard even.y4m --size 100x76 --frames 2 && pxb convert even.y4m even.i420 &&
+    pxb rotate even.y4m turned.y4m --angle 90 && pxb info turned.y4m | grep -q "size  *76 x 100" &&
+    pxb rotate turned.y4m back.i420 --angle 270 && cmp even.i420 back.i420 ||
+    fail "a video turned there and back"
+pxb rotate card.bmp left.bmp --angle -30 --size 120x110 && pxb info left.bmp |
+    grep -q "size  *120 x 110" || fail "rotate by -30"
 pxb --version | grep -qE '^pxb [0-9.]+.?$' || fail "--version"
-for command in "" testcard info convert channel resize flip blend; do
+for command in "" testcard info convert channel resize rotate flip blend; do
     pxb $command --help | grep -q "^Usage: pxb" || fail "$command --help"
 done
 
@@ -62,6 +68,9 @@ refused "card.bmp: format: RGB24: has no alpha" blend card.y4m card.bmp out.y4m
 refused "--horizontal" flip card.y4m out.y4m
 refused "--vertical" flip card.y4m out.y4m --horizontal --vertical
 refused "--rect: 0,0,102,75" flip card.y4m out.y4m --vertical --rect 0,0,102,75
+refused "--angle" rotate card.bmp out.bmp
+refused "--angle" rotate card.bmp out.bmp --angle 30.5
+refused "I420 by 30" rotate card.y4m out.y4m --angle 30
 refused "--frames: 3" testcard out.bmp --frames 3
 refused "absent file.y4m: open" info $'absent\nfile.y4m'
 

@@ -118,6 +118,55 @@ TEST_F(Frames, AreMirrored) {
         }
 }
 
+// Interleaved pictures turn counter-clockwise and 4:2:0 clockwise. Of the former row 0 (at 270: and
+// column 0) is copied, so that at the same sizes the edge next to it is seen twice.
+TEST_F(Frames, AreTurned) {
+    const struct {
+        std::string file, frame;
+        Size size;
+        int angle;
+        std::optional<Size> to;
+        std::string turned;  // empty: refused
+    } cases[] = {
+        {"in.rgb24", "abcdefghiABCDEFGHI", {3, 2}, 90, {}, "ghiGHIghiGHIdefDEF"},
+        {"in.rgb24", "abcdefghiABCDEFGHI", {3, 2}, 270, {}, "ABCabcDEFDEFGHIGHI"},
+        {"in.rgb24", "abcdefghiABCDEFGHI", {3, 2}, 0, {}, "abcdefghiABCDEFGHI"},
+        {"in.rgb24", "abcdefghiABCDEFGHI", {3, 2}, 90, Size{2, 1}, "abcABC"},
+        {"in.rgb24", "abcdefghiABCDEFGHI", {3, 2}, 90, Size{3, 3}, ""},
+        {"in.rgb24", "abcdefghiABCDEFGHI", {3, 2}, 180, Size{2, 2}, ""},
+        {"in.rgb32", "aaaabbbbccccdddd", {2, 2}, 720, Size{1, 1}, {"\0\0\0\0", 4}},
+        {"in.i420", "abcdefghUVuv", {4, 2}, 90, {}, "eafbgchdUVuv"},
+        {"in.i420", "abcdefghUVuv", {4, 2}, 180, {}, "hgfedcbaVUvu"},
+        {"in.yv12", "abcdefghUVuv", {4, 2}, 270, {}, "dhcgbfaeVUvu"},
+        {"in.i420", "abcdefghUVuv", {4, 2}, 90, Size{2, 2}, ""},
+        {"in.i420", "abcdefghUVuv", {4, 2}, 45, {}, ""},
+        {"in.i420", "abcdefghUVuv", {4, 2}, 450, {}, ""},
+        {"in.rgb8", "abcd", {2, 2}, 90, {}, ""},
+        {"in.yuy2", "aubv", {2, 1}, 90, {}, ""},
+        {"in.nv12", "abcduv", {2, 2}, 90, {}, ""},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.file + " by " + std::to_string(c.angle));
+        const InputOptions from = {Put(c.file, c.frame + c.frame), {c.size, {}}, {}};
+        const OutputOptions to = {Path("out.raw"), "", {}};
+        const Rotation rotation = {c.angle, c.to};
+        if (c.turned.empty()) {
+            EXPECT_THROW(RotateFile(from, to, rotation), Error);
+            continue;
+        }
+        RotateFile(from, to, rotation);
+        EXPECT_EQ(Get("out.raw"), c.turned + c.turned);
+    }
+}
+
+TEST_F(Frames, TakeTheShapeOfTheirPixelsWithThem) {
+    const std::string video = Put("in.y4m", "YUV4MPEG2 W2 H2 F25:1 A16:15 C420jpeg\nFRAME\nabcduv");
+    RotateFile({video, {}, {}}, {Path("out.y4m"), "", {}}, {90, {}});
+    EXPECT_NE(Get("out.y4m").find(" A15:16"), std::string::npos);
+    RotateFile({video, {}, {}}, {Path("out.y4m"), "", {}}, {180, {}});
+    EXPECT_NE(Get("out.y4m").find(" A16:15"), std::string::npos);
+}
+
 TEST_F(Frames, InfoSaysWhereThePlanesAre) {
     const std::string info =
         Describe({Put("in.yv12", std::string(18 + 9, 'x')), {Size{5, 3}, {}}, {}});

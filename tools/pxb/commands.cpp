@@ -91,6 +91,16 @@ void ForFrames(const InputOptions& from, FrameWriter& writer, Step step) {
                         ", counted from 0");
 }
 
+// Width to height of a pixel, as "16:15". Turned by other angles pixels that are not square have no
+// such ratio: "0:0", unknown.
+std::string TurnedAspect(const std::string& aspect, std::int32_t angle_degrees) {
+    const std::size_t colon = aspect.find(':');
+    if (colon == std::string::npos || angle_degrees % 180 == 0) return aspect;
+    const std::string width = aspect.substr(0, colon), height = aspect.substr(colon + 1);
+    if (width == height) return aspect;
+    return IsQuarter(angle_degrees) ? height + ":" + width : "0:0";
+}
+
 }  // namespace
 
 void PaintTestCards(const OutputOptions& to, Size size, int frames) {
@@ -154,6 +164,15 @@ void ResizeFile(const InputOptions& from, const OutputOptions& to, const Scaling
         if (!video.aspect.empty() && !KeepsProportions(picture, scaling))
             video.aspect = "0:0";  // unknown
         writer.WriteConverted(file, video, scaled);
+    });
+    writer.Commit();
+}
+
+void RotateFile(const InputOptions& from, const OutputOptions& to, const Rotation& rotation) {
+    FrameWriter writer(to);
+    ForFrames(from, writer, [&](const std::string& file, Video video, const Picture& picture) {
+        video.aspect = TurnedAspect(video.aspect, rotation.angle_degrees);
+        writer.WriteConverted(file, video, Rotate(file, picture, rotation));
     });
     writer.Commit();
 }

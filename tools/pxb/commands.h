@@ -7,6 +7,7 @@
 #include "flip.h"
 #include "geometry.h"
 #include "resize.h"
+#include "rotate.h"
 
 namespace pxb::tool {
 
@@ -40,5 +41,6 @@ void BlendOver(const InputOptions& background, const OverlayOptions& overlay,
 void FlipFile(const InputOptions& from, const OutputOptions& to, Mirror mirror,
               const std::optional<Rect>& part);
 void ResizeFile(const InputOptions& from, const OutputOptions& to, const Scaling& scaling);
+void RotateFile(const InputOptions& from, const OutputOptions& to, const Rotation& rotation);
 
 }  // namespace pxb::tool

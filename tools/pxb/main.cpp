@@ -31,7 +31,8 @@ Examples:
   pxb channel photo.png grey.png --channel 1     one channel as a grey picture
   pxb blend card.y4m logo.png out.y4m --at 16,16 a logo over every frame
   pxb flip card.y4m back.y4m --horizontal        every frame mirrored left to right
-  pxb resize card.y4m small.y4m --size 384x288 --mode shrink)";
+  pxb resize card.y4m small.y4m --size 384x288 --mode shrink
+  pxb rotate photo.png turned.png --angle 30     by any angle, counter-clockwise)";
 
 constexpr char kAboutFiles[] =
     R"(Pixel formats by code: 1 RGB24 (bytes B G R), 2 RGB32 (B G R X), 3 YV12 (planes Y V U),
@@ -64,6 +65,15 @@ std::string ConversionHelp() {
     return text;
 }
 
+constexpr char kAboutTurns[] =
+    R"(RGB24 and RGB32 pictures turn counter-clockwise, as seen on the screen, by any angle, negative
+ones too; pixels between others are interpolated, and what no pixel falls on is black. 4:2:0 pictures
+(YV12, I420) turn clockwise, the other way: the library does so, and programs depend on it. They turn
+by 90, 180 and 270 degrees alone, and are copied exactly. Other formats have to be converted first.
+
+Only 90, 180 and 270 are exact; 450 is interpolated like 30. Without --size OUT has the size of IN,
+with width and height exchanged at quarter turns.)";
+
 PixelFormat ParseFormat(std::string_view option, const std::string& text) {
     if (const std::optional<PixelFormat> format = FindFormat(text)) return *format;
     throw Error("", option, text, "is not one of " + FormatNames());
@@ -75,6 +85,7 @@ struct Arguments {
     std::string overlay, alpha, at = "0,0";
     std::optional<std::int64_t> frame;
     int frames = 1, channel = 0;
+    std::int32_t angle = 0;
     bool horizontal = false, vertical = false;
 
     void AddInput(CLI::App& command, const std::string& name = "IN",
@@ -122,6 +133,11 @@ struct Arguments {
         if (!from_rect.empty()) scaling.from = ParseRect("--from-rect", from_rect);
         if (!to_rect.empty()) scaling.to = ParseRect("--to-rect", to_rect);
         return scaling;
+    }
+    Rotation Turn() const {
+        Rotation rotation{angle, {}};
+        if (!new_size.empty()) rotation.size = ParseSize("--size", new_size);
+        return rotation;
     }
 };
 
@@ -212,6 +228,17 @@ void Run(int argc, char** argv) {
     arguments.AddFrame(resize);
     resize.footer(kAboutModes + std::string("\n\n") + kAboutFiles);
 
+    CLI::App& rotate = *app.add_subcommand("rotate", "Turn a file, one library call a frame");
+    arguments.AddInput(rotate, "IN", "--in-size");
+    arguments.AddOutput(rotate);
+    rotate.add_option("--angle", arguments.angle, "degrees, a whole number")
+        ->type_name("DEGREES")
+        ->required();
+    rotate.add_option("--size", arguments.new_size, "size of OUT")->type_name("WxH");
+    arguments.AddTo(rotate, "else that of IN if OUT can hold it, else I420 or RGB24");
+    arguments.AddFrame(rotate);
+    rotate.footer(kAboutTurns + std::string("\n\n") + kAboutFiles);
+
     app.footer(kExamples);  // last: commands would inherit it
 
     try {
@@ -236,6 +263,8 @@ void Run(int argc, char** argv) {
     if (flip.parsed())
         FlipFile(arguments.Input(), arguments.Output(),
                  arguments.horizontal ? Mirror::kHorizontal : Mirror::kVertical, arguments.Part());
+    if (rotate.parsed())
+        RotateFile(arguments.Input("--in-size"), arguments.Output(), arguments.Turn());
 }
 
 // One line, whatever file names and headers contain.
