@@ -214,6 +214,23 @@ TEST(Flip, MirrorsWideRows) {
         }
 }
 
+// Large enough for rows to be fetched ahead.
+TEST(Flip, MirrorsLargeImages) {
+    constexpr Size kSize = {701, 521};
+    for (const Variant& variant : RunnableVariants()) {
+        const ForcedProcessor forced(variant.words);
+        const Image before(PXB_RGB24, kSize, 1);
+        Image image(PXB_RGB24, kSize, 1);
+        ASSERT_EQ(PxbFliphorizontal(&image.record, nullptr), PXB_SUCCESS);
+        for (int y = 0; y < kSize.height; ++y) {
+            bool same = true;
+            for (int x = 0; x < kSize.width; ++x)
+                same &= std::memcmp(image.At(x, y), before.At(kSize.width - 1 - x, y), 3) == 0;
+            ASSERT_TRUE(same) << variant.name << ", row " << y;
+        }
+    }
+}
+
 TEST(Flip, AnswersAndVisitsCompanionsInTheOrderOfItsChecks) {
     constexpr Rect kInside = {2, 0, 4, 2}, kEmpty = {3, 1, 3, 2}, kAcross = {1, 2, 3, 2};
     constexpr Rect kOdd[] = {{1, 0, 4, 2}, {0, 1, 4, 4}, {0, 0, 3, 2}, {0, 0, 4, 3}};
