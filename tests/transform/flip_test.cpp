@@ -310,7 +310,7 @@ TEST(Flip, TurnsPixelsOfTheRecordsSize) {
                     Byte* const other = &expected[kMiddle + bytes + (height - 1 - i) * stride];
                     const std::vector<Byte> scratch(row, row + 3 * bytes);
                     std::memmove(row, other, scratch.size());
-                    std::memcpy(other, scratch.data(), scratch.size());
+                    std::copy(scratch.begin(), scratch.end(), other);
                 }
                 ASSERT_EQ(memory, expected) << bits << " bits, stride " << stride << ", " << height;
             }
