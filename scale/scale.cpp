@@ -81,7 +81,14 @@ PixelLayout LayoutOfPixels(int src_bytes, int dst_bytes) {
 constexpr PixelLayout kPacked422 = {
     4, false, {{0, 2, 0, 2, 0}, {1, 1, 0, 4, 1}, {0, 2, 1, 2, 0}, {1, 1, 0, 4, 3}}};
 
+// Tables of filters hold offsets of 32 bits. No stride could name rows that are longer.
+bool HasLongRows(const ScaleJob& job) {
+    constexpr std::int64_t kLongest = std::numeric_limits<std::int32_t>::max();
+    return job.dst_row_bytes > kLongest || job.src_row_bytes > kLongest;
+}
+
 void Run(Filter filter, const ScaleJob& job) {
+    if (filter != Filter::kNearest && HasLongRows(job)) return;
     switch (filter) {
         case Filter::kNothing:
             return;

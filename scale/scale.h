@@ -18,10 +18,10 @@ void ScaleInterleaved(const PixelRows<Byte>& dst, const PixelRows<const Byte>& s
 
 // Chroma planes have half the extents.
 void ScalePlanar420(const Planes420& dst, const Planes420& src, std::int32_t mode,
-                    const ScaleExtents& extents);
+                    const ScaleExtents& luma);
 
 // Always bilinear. Whole groups of two pixels are written.
 void ScalePacked422(Byte* dst, std::ptrdiff_t dst_stride, const Byte* src,
-                    std::ptrdiff_t src_stride, const ScaleExtents& extents);
+                    std::ptrdiff_t src_stride, const ScaleExtents& luma);
 
 }  // namespace pxb

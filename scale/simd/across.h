@@ -80,7 +80,7 @@ class CopyAcross {
           table_(TakeWindowTable(scratch, job.dst_row_bytes, kByteWindows, Blocks::kControls<kMost>,
                                  0)) {
         if (even_.times || job.dst_row_bytes < Blocks::kBytes) return;
-        if (job.dst_row_bytes == job.src_row_bytes) return;
+        if (job.dst_row_bytes == job.src_row_bytes || job.src_row_bytes > INT32_MAX) return;
         parts_ = FewestParts<1, kMost>([&]<int n>()
                                            PXB_INLINE_LAMBDA { return FillBytes<n>(table_, job); });
     }
