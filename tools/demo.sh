@@ -68,6 +68,11 @@ sums() {  # what alpha $1... gives
 }
 sums 0 1 2 64 128 192 254 255 >ramp.txt
 
+run rotate card.png turned_30.png --angle 30
+run rotate card.png turned_180.png --angle 180
+run rotate card.png turned_90.png --angle 90
+run rotate card.y4m turned_90_video.png --angle 90
+
 # The planes follow one another in a raw frame: Y, then U and V of half the width and height.
 luma=$((width * height)) chroma=$((width * height / 4))
 half_width=$((width / 2)) half_height=$((height / 2))
@@ -128,6 +133,7 @@ cat >index.html <<END
   .planes > div { display: grid; gap: 1rem; }
   .groups { grid-template-columns: 1fr 1fr; max-width: 40rem; }
   .groups img { image-rendering: pixelated; border-radius: 0; }
+  .turns { grid-template-columns: 4fr 4fr 3fr 3fr; align-items: end; }
   .small { width: 333px; max-width: 100%; }
   .large { grid-template-columns: repeat(auto-fit, 384px); }
   .reduced { grid-template-columns: repeat(auto-fit, 320px); }
@@ -161,6 +167,21 @@ $(figure red.png "Red, channel 2")
 $(figure green.png "Green, channel 3")
 $(figure blue.png "Blue, channel 4")
 $(figure grey.png "Grey, channel 1 of RGB24")
+</div>
+
+<h2>Turns</h2>
+<p>PxbRotate takes any whole angle. RGB pictures turn about their centre; a pixel that falls between
+four others is interpolated, borders that are cut fade, and what no pixel falls on stays as it was,
+here black. The picture keeps the size that the caller gave it, so its corners are lost.</p>
+<p>At 90 degrees RGB turns counter-clockwise and 4:2:0 video clockwise. It is the same rotation, used
+in opposite ways: for RGB it leads from each new pixel back to its place in the old picture, for video
+from each old pixel to its new place. Programs depend on both; 270 degrees of one are 90 of the
+other.</p>
+<div class="row turns">
+$(figure turned_30.png "RGB24 by 30 degrees")
+$(figure turned_180.png "RGB24 by 180")
+$(figure turned_90.png "RGB24 by 90")
+$(figure turned_90_video.png "I420 by 90")
 </div>
 
 <h2>A logo over the card</h2>

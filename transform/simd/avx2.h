@@ -6,7 +6,7 @@
 namespace pxb::PXB_TARGET {
 
 struct Avx2Turns : Avx2<Stores::kCached> {
-    static constexpr int kBlocks = 2, kPixels = 8;
+    static constexpr int kBlocks = 2, kPixels = 8, kLoose = 3;
 
     static PXB_INLINE Register LoadBlocks(const Byte* src, std::ptrdiff_t step) {
         return _mm256_inserti128_si256(_mm256_castsi128_si256(LoadBlock(src)),
@@ -20,12 +20,14 @@ struct Avx2Turns : Avx2<Stores::kCached> {
                                        return i % 4 < 3 ? i / 4 * 3 + i % 4 + kSkipped : -1;
                                    }));
     }
+    template <bool kLoosely = false>
     static PXB_INLINE void StoreBgr(Byte* dst, Register a) {
         const Register squeezed = _mm256_shuffle_epi8(a, TwiceInBlocks([](int i) PXB_INLINE_LAMBDA {
                                                           return i < 12 ? i / 3 * 4 + i % 3 : -1;
                                                       }));
         const Register joined =
             _mm256_permutevar8x32_epi32(squeezed, _mm256_setr_epi32(0, 1, 2, 4, 5, 6, 3, 3));
+        if (kLoosely) return StoreAll(dst, joined);
         StoreBlock(dst, _mm256_castsi256_si128(joined));
         // Of the form for integers GCC 12 makes an instruction beyond our AVX-512.
         _mm_storel_epi64(reinterpret_cast<__m128i*>(dst + 16), _mm256_extractf128_si256(joined, 1));

@@ -6,7 +6,7 @@
 namespace pxb::PXB_TARGET {
 
 struct Avx512Turns : Avx512<Stores::kCached> {
-    static constexpr int kBlocks = 4, kPixels = 16;
+    static constexpr int kBlocks = 4, kPixels = 16, kLoose = 6;
 
     static PXB_INLINE Register LoadBlocks(const Byte* src, std::ptrdiff_t step) {
         return Join(Avx2Turns::LoadBlocks(src, step), Avx2Turns::LoadBlocks(src + 2 * step, step));
@@ -18,9 +18,11 @@ struct Avx512Turns : Avx512<Stores::kCached> {
             return i % 4 < 3 ? i / 4 * 3 + i % 4 + kSkipped : -1;
         });
     }
+    template <bool kLoosely = false>
     static PXB_INLINE void StoreBgr(Byte* dst, Register a) {
         const Register squeezed = _mm512_permutexvar_epi8(
             Indices([](int i) PXB_INLINE_LAMBDA { return i / 3 * 4 + i % 3; }), a);
+        if (kLoosely) return StoreAll(dst, squeezed);
         StoreHalf(dst, _mm512_castsi512_si256(squeezed));
         _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + 32),
                          _mm256_castsi256_si128(_mm512_extracti64x4_epi64(squeezed, 1)));

@@ -5,15 +5,17 @@
 namespace pxb::PXB_TARGET {
 
 struct Sse2Turns : Sse2Register {
-    static constexpr int kBlocks = 1, kPixels = 4;
+    static constexpr int kBlocks = 1, kPixels = 4, kLoose = 2;
 
     static PXB_INLINE Register LoadBlocks(const Byte* src, std::ptrdiff_t) { return LoadAll(src); }
     template <bool kEarly>
     static PXB_INLINE Register LoadBgrBlocks(const Byte* src, std::ptrdiff_t) {
         return Spread(kEarly ? ShiftDown<4>(LoadAll(src - 4)) : LoadAll(src));
     }
+    template <bool kLoosely = false>
     static PXB_INLINE void StoreBgr(Byte* dst, Register a) {
         const Register squeezed = Squeeze(a);
+        if (kLoosely) return StoreAll(dst, squeezed);
         _mm_storel_epi64(reinterpret_cast<Register*>(dst), squeezed);
         const int last = _mm_cvtsi128_si32(_mm_srli_si128(squeezed, 8));
         __builtin_memcpy(dst + 8, &last, sizeof last);

@@ -5,7 +5,8 @@
 // LoadBlocks(src, step)      16 bytes from each of kBlocks places
 // LoadBgrBlocks<early>       4 pixels of 3 bytes from each place, as lanes B G R X. Reads 16 bytes,
 //                            the 12 of the pixels first or, if early, last
-// StoreBgr                   4 kBlocks lanes, as pixels of 3 bytes
+// StoreBgr<loosely>          4 kBlocks lanes, as pixels of 3 bytes; loosely: up to kLoose pixels
+//                            behind them become anything
 // Zip8 Zip32                 bytes (lanes) of the lower or upper halves of blocks, in turn
 // Reversed ReversedLanes     all bytes (32-bit lanes) in reverse order
 // JustBelow(a, b)            of bytes: b, but one less where it is above a
