@@ -1,7 +1,7 @@
 #!/bin/bash
 # usage: demo.sh PXB FOLDER
-# One frame's way through the library with the tool `pxb`: a test card as 4:2:0 video becomes
-# pictures, which FOLDER/index.html shows.
+# What the library does, by the tool `pxb`: a test card as 4:2:0 video becomes pictures, which
+# FOLDER/index.html shows with the commands that made them.
 set -euo pipefail
 pxb=$(realpath "$1")
 mkdir -p "$2"
@@ -21,8 +21,9 @@ for channel in 2:red 3:green 4:blue; do
     run channel card.bmp ${channel#*:}.png --channel ${channel%:*}
 done
 run channel card.png grey.png --channel 1
-run testcard odd.y4m --size 333x251
+run testcard odd.y4m --size 333x250
 run convert odd.y4m odd.png
+run convert odd.y4m odd_drift.png --unpadded
 run info card.y4m >info.txt
 run flip card.y4m left_to_right.png --horizontal
 run flip card.y4m upside_down.png --vertical
@@ -104,8 +105,8 @@ figure() {  # FILE CAPTION [COMMAND]
     printf '<figure><a href="%s"><img src="%s" alt="%s"></a>\n' "$1" "$1" "$2"
     printf '<figcaption>%s%s</figcaption></figure>\n' "$2" "${3:+<br><code>$3</code>}"
 }
-scaled() {  # FILE CAPTION: with the command that wrote the file
-    figure "$1" "$2" "$(printf '%s\n' "${log[@]}" | grep -F " $1 " | escape)"
+shown() {  # FILE CAPTION: with the command that wrote the file, the first that names it
+    figure "$1" "$2" "$(printf '%s \n' "${log[@]}" | grep -m 1 -F " $1 " | escape)"
 }
 escape() {
     sed 's/&/\&amp;/g; s/</\&lt;/g; s/>/\&gt;/g'
@@ -134,7 +135,7 @@ cat >index.html <<END
   .groups { grid-template-columns: 1fr 1fr; max-width: 40rem; }
   .groups img { image-rendering: pixelated; border-radius: 0; }
   .turns { grid-template-columns: 4fr 4fr 3fr 3fr; align-items: end; }
-  .small { width: 333px; max-width: 100%; }
+  .odd { grid-template-columns: repeat(auto-fit, 333px); }
   .large { grid-template-columns: repeat(auto-fit, 384px); }
   .reduced { grid-template-columns: repeat(auto-fit, 320px); }
   .large img, .reduced img { width: auto; max-width: 100%; border-radius: 0;
@@ -145,7 +146,7 @@ cat >index.html <<END
 <h1>A camera frame becomes a picture</h1>
 <p>PxbLib took a ${width} x $height frame of 4:2:0 video, I420, and made RGB24 of it. Everything
 below was written by the tool <code>pxb</code>, which calls the library through its C header.</p>
-$(figure card.png "I420 to RGB24 by PxbColorSpaceConv")
+$(shown card.png "I420 to RGB24 by PxbColorSpaceConv")
 
 <h2>What the camera delivers</h2>
 <p>Three planes: brightness for every pixel, and two colour differences, each once for a block of
@@ -163,10 +164,54 @@ $(figure v.png "V, $half_width x $half_height")
 <p>The same frame as RGB32, taken apart again with PxbChannelGet; channel 1 of an RGB24 picture is
 its grey, 0.59 G + 0.30 R + 0.11 B.</p>
 <div class="row channels">
-$(figure red.png "Red, channel 2")
-$(figure green.png "Green, channel 3")
-$(figure blue.png "Blue, channel 4")
-$(figure grey.png "Grey, channel 1 of RGB24")
+$(shown red.png "Red, channel 2")
+$(shown green.png "Green, channel 3")
+$(shown blue.png "Blue, channel 4")
+$(shown grey.png "Grey, channel 1 of RGB24")
+</div>
+
+<h2>Odd sizes</h2>
+<p>4:2:0 frames hold whole blocks. The tool pads a picture of odd size by repeating its last column
+and row, and crops the result. A program that tells the library of an odd width gets the second
+picture: only whole pairs of columns are converted, but rows advance by the full width, so brightness
+starts one pixel further left in each further pair of rows, and colour, which has planes of its own,
+does not. Programs depend on those bytes; give the library even sizes.</p>
+<div class="row odd">
+$(shown odd.png "333 x 250, padded: as it should be")
+$(shown odd_drift.png "333 x 250, told to the library: colour slides off, and a wedge stays black")
+</div>
+
+<h2>Larger</h2>
+<p>A detail of 48 x 36 pixels of the 4:2:0 frame, eight times as large by PxbResize; chroma is scaled
+by itself, in its own size.</p>
+<div class="row large">
+$(shown large-nearest.png "Nearest: square pixels, brightness and colour each of its own size.")
+$(shown large-bilinear.png "Bilinear: smooth edges, and nothing special at the border. Colour \
+changes over twice the length of brightness, around the same edges. Half, bilinear-5 and shrink give \
+the same here.")
+$(shown rgb-faded.png "Faded, of RGB32: as bilinear, with a black border. The centres of the \
+outermost new pixels lie outside those of the outermost old ones; instead of repeating these, this \
+mode blends to 0 within one new pixel, and stays there.")
+$(shown large-faded.png "Faded, of 4:2:0: 0 in all three planes is no black but a dark green, and the \
+chroma planes fade over their own, larger pixels. Half-faded gives the same here.")
+</div>
+
+<h2>Smaller</h2>
+<p>All of the card as 320 x 240 pixels, actual size. No border fades where a picture shrinks.</p>
+<div class="row reduced">
+$(shown small-nearest.png "Nearest: one pixel of about six. Rings appear that the card does not \
+have, and thin lines are there or not.")
+$(shown small-bilinear.png "Bilinear: the four pixels around each centre, so thin lines become \
+paler instead of vanishing, but rings remain. Faded and bilinear-5 give the same here.")
+$(shown small-shrink.png "Shrink: four by four pixels weigh in. Fine rings and stripes become grey, \
+letters softer. Half and half-faded give the same here.")
+</div>
+
+<h2>Parts</h2>
+<p>A rectangle of the source goes onto a rectangle of the destination, the rest of which the tool
+leaves black.</p>
+<div class="row large">
+$(shown scaled_part.png "The whole card onto 304 x 228 pixels.")
 </div>
 
 <h2>Turns</h2>
@@ -178,45 +223,19 @@ in opposite ways: for RGB it leads from each new pixel back to its place in the 
 from each old pixel to its new place. Programs depend on both; 270 degrees of one are 90 of the
 other.</p>
 <div class="row turns">
-$(figure turned_30.png "RGB24 by 30 degrees")
-$(figure turned_180.png "RGB24 by 180")
-$(figure turned_90.png "RGB24 by 90")
-$(figure turned_90_video.png "I420 by 90")
-</div>
-
-<h2>A logo over the card</h2>
-<p>PxbAlphaBlend lays a picture over another of the same format. The logo's alpha fades over its
-outer 40 pixels; each picture below was blended in its own format. YUY2 and I420 keep chroma for
-pairs or blocks of pixels, which shows only where colours meet sharply.</p>
-<div class="row channels">
-$(figure logo_alpha.png "The logo's alpha: white is seen, black is not")
-$(figure blend_RGB24.png "RGB24, alpha in a plane")
-$(figure blend_RGB32.png "RGB32, alpha in the fourth byte of each pixel")
-$(figure blend_YUY2.png "YUY2, alpha in a plane")
-$(figure blend_YV12.png "YV12, alpha in a plane")
-$(figure blend_I420.png "I420: chroma takes the alpha of the top left of four pixels")
-</div>
-<h2>254 for alpha 255</h2>
-<p>White over black, alpha 0 to 255 from left to right. A sample d under s becomes ((256 - alpha) d
-+ alpha s) &gt;&gt; 8: the weights add up to 256, so that alpha 0 changes nothing and a shift
-divides. 255 is then not quite all, and white ends at 254. Programs depend on these bytes.</p>
-$(figure ramp.png "Every alpha, 2 pixels wide")
-<pre>$(cat ramp.txt)</pre>
-
-<h2>Odd sizes</h2>
-<p>4:2:0 frames hold whole blocks. The tool pads a picture of odd size by repeating its last column
-and row, and crops the result.</p>
-<div class="small">
-$(figure odd.png "333 x 251, actual size")
+$(shown turned_30.png "RGB24 by 30 degrees")
+$(shown turned_180.png "RGB24 by 180")
+$(shown turned_90.png "RGB24 by 90")
+$(shown turned_90_video.png "I420 by 90")
 </div>
 
 <h2>Mirrors</h2>
 <p>In place, the whole frame or a part of it: here 192,144 to 576,432. 4:2:0 video is mirrored as it
 is, luma and chroma each in its plane.</p>
 <div class="row channels">
-$(figure left_to_right.png "Left to right by PxbFliphorizontal")
-$(figure upside_down.png "Top to bottom by PxbFlipvertical")
-$(figure part.png "A part, left to right")
+$(shown left_to_right.png "Left to right by PxbFliphorizontal")
+$(shown upside_down.png "Top to bottom by PxbFlipvertical")
+$(shown part.png "A part, left to right")
 </div>
 <p>YUY2 stores pixels by twos, as groups Y0 U Y1 V. Mirrored, groups change places, and the two
 brightnesses within each as well. Six pixels are three groups, and the middle one has no partner:
@@ -225,38 +244,27 @@ widths of a multiple of 4 where it matters.</p>
 <div class="row groups">
 $(figure groups.png "Three groups of YUY2, enlarged")
 $(figure groups_mirrored.png "Mirrored: the two pixels in the middle did not change places")
-<h2>Larger</h2>
-<p>A detail of 48 x 36 pixels of the 4:2:0 frame, eight times as large by PxbResize; chroma is scaled
-by itself, in its own size.</p>
-<div class="row large">
-$(scaled large-nearest.png "Nearest: square pixels, brightness and colour each of its own size.")
-$(scaled large-bilinear.png "Bilinear: smooth edges, and nothing special at the border. Colour \
-changes over twice the length of brightness, around the same edges. Half, bilinear-5 and shrink give \
-the same here.")
-$(scaled rgb-faded.png "Faded, of RGB32: as bilinear, with a black border. The centres of the \
-outermost new pixels lie outside those of the outermost old ones; instead of repeating these, this \
-mode blends to 0 within one new pixel, and stays there.")
-$(scaled large-faded.png "Faded, of 4:2:0: 0 in all three planes is no black but a dark green, and the \
-chroma planes fade over their own, larger pixels. Half-faded gives the same here.")
 </div>
 
-<h2>Smaller</h2>
-<p>All of the card as 320 x 240 pixels, actual size. No border fades where a picture shrinks.</p>
-<div class="row reduced">
-$(scaled small-nearest.png "Nearest: one pixel of about six. Rings appear that the card does not \
-have, and thin lines are there or not.")
-$(scaled small-bilinear.png "Bilinear: the four pixels around each centre, so thin lines become \
-paler instead of vanishing, but rings remain. Faded and bilinear-5 give the same here.")
-$(scaled small-shrink.png "Shrink: four by four pixels weigh in. Fine rings and stripes become grey, \
-letters softer. Half and half-faded give the same here.")
+<h2>A logo over the card</h2>
+<p>PxbAlphaBlend lays a picture over another of the same format. The logo's alpha fades over its
+outer 40 pixels; each picture below was blended in its own format. YUY2 and I420 keep chroma for
+pairs or blocks of pixels, which shows only where colours meet sharply.</p>
+<div class="row channels">
+$(shown logo_alpha.png "The logo's alpha: white is seen, black is not")
+$(shown blend_RGB24.png "RGB24, alpha in a plane")
+$(shown blend_RGB32.png "RGB32, alpha in the fourth byte of each pixel")
+$(shown blend_YUY2.png "YUY2, alpha in a plane")
+$(shown blend_YV12.png "YV12, alpha in a plane")
+$(shown blend_I420.png "I420: chroma takes the alpha of the top left of four pixels")
 </div>
 
-<h2>Parts</h2>
-<p>A rectangle of the source goes onto a rectangle of the destination, the rest of which the tool
-leaves black.</p>
-<div class="row large">
-$(scaled scaled_part.png "The whole card onto 304 x 228 pixels.")
-</div>
+<h2>254 for alpha 255</h2>
+<p>White over black, alpha 0 to 255 from left to right. A sample d under s becomes ((256 - alpha) d
++ alpha s) &gt;&gt; 8: the weights add up to 256, so that alpha 0 changes nothing and a shift
+divides. 255 is then not quite all, and white ends at 254. Programs depend on these bytes.</p>
+$(shown ramp.png "Every alpha, 2 pixels wide")
+<pre>$(cat ramp.txt)</pre>
 
 <h2>Try it</h2>
 <pre>$(printf '%s\n' "${log[@]}" | escape)</pre>

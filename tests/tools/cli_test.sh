@@ -37,6 +37,7 @@ pxb convert card.i420 back.bmp --size 101x75 && cmp card.bmp back.bmp || fail "r
 pxb resize card.i420 half.bmp --in-size 101x75 --size 51x38 --mode shrink --frame 1 \
     --from-rect 0,0,100,74 --to-rect 1,1,51,38 || fail resize
 expect "$(pxb info half.bmp | grep -c '^size        51 x 38')" 1
+pxb convert card.y4m drift.bmp --unpadded && ! cmp -s card.bmp drift.bmp || fail "--unpadded"
 expect "$(pxb info card.y4m | grep -c '^frames      3, 25 a second')" 1
 pxb flip card.y4m back.y4m --vertical && pxb flip back.y4m again.i420 --vertical &&
     head -c $((101 * 74)) card.i420 | cmp -n $((101 * 74)) - again.i420 || fail "flip of a video"

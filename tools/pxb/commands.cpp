@@ -14,7 +14,10 @@ namespace {
 class FrameWriter {
   public:
     explicit FrameWriter(const OutputOptions& to)
-        : path_(to.path), type_(OutputType(to.path, to.type)), wanted_(to.format) {
+        : path_(to.path),
+          type_(OutputType(to.path, to.type)),
+          wanted_(to.format),
+          unpadded_(to.unpadded) {
         if (wanted_) CheckFormat(*wanted_, "--to");
     }
 
@@ -56,7 +59,7 @@ class FrameWriter {
         if (format == picture.format())
             Write(video, picture);
         else
-            Write(video, Convert(file, picture, format));
+            Write(video, Convert(file, picture, format, unpadded_));
     }
 
     void Commit() { output_->Commit(); }
@@ -65,6 +68,7 @@ class FrameWriter {
     std::string path_;
     const FileType& type_;
     std::optional<PixelFormat> wanted_;
+    bool unpadded_;
     std::optional<OutputFile> output_;
     std::int64_t frames_ = 0;
 };

@@ -16,6 +16,7 @@ namespace pxb::tool {
 struct OutputOptions {
     std::string path, type;
     std::optional<PixelFormat> format;
+    bool unpadded = false;  // see Convert
 };
 
 struct InputOptions {

@@ -41,9 +41,11 @@ bool Converts(PixelFormat from, PixelFormat to) {
     return ResultOf(from, to) == PXB_SUCCESS;
 }
 
-Picture Convert(std::string_view file, const Picture& picture, PixelFormat to) {
+Picture Convert(std::string_view file, const Picture& picture, PixelFormat to, bool unpadded) {
     Picture target(file, to, picture.size());
-    const std::int32_t result = PxbColorSpaceConv(&target.image(), &picture.image());
+    ImageBuffer dst = target.image(), src = picture.image();
+    if (unpadded) dst.width = src.width = picture.size().width;
+    const std::int32_t result = PxbColorSpaceConv(&dst, &src);
     if (result == PXB_SUCCESS) return target;
     const PixelFormat from = picture.format();
     throw Error(file, "conversion",

@@ -1,7 +1,6 @@
 // Calls of the mirrors, and what to say where they would not do what people expect.
 #include "flip.h"
 
-#include <cstring>
 #include <string>
 
 #include "error.h"
@@ -26,16 +25,6 @@ std::string_view Objection(PixelFormat format, Mirror mirror) {
     }
 }
 
-Picture Copy(std::string_view file, const Picture& picture) {
-    Picture copy(file, picture.format(), picture.size());
-    for (const Plane& plane : picture.Planes())
-        for (std::int64_t y = 0; y < plane.rows; ++y)
-            std::memcpy(copy.Row(plane, y), picture.Row(plane, y),
-                        static_cast<std::size_t>(plane.row_bytes));
-    RepeatEdges(copy);
-    return copy;
-}
-
 // Columns and rows that change sides are the visible ones, unless they share chroma.
 Rect Whole(const Picture& picture, Mirror mirror) {
     Rect all = {0, 0, picture.image().width, picture.image().height};
@@ -54,7 +43,7 @@ Picture Flip(std::string_view file, const Picture& picture, Mirror mirror,
     if (const std::string_view objection = Objection(format, mirror); !objection.empty())
         throw Error(file, "flip", FormatName(format), objection);
     if (part) CheckRect(file, "--rect", *part, picture.size());
-    Picture target = Copy(file, picture);
+    Picture target = CopyOf(file, picture);
     const Rect rect = part.value_or(Whole(picture, mirror));
     const std::int32_t result = mirror == Mirror::kHorizontal
                                     ? PxbFliphorizontal(&target.image(), &rect)

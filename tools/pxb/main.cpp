@@ -86,7 +86,7 @@ struct Arguments {
     std::optional<std::int64_t> frame;
     int frames = 1, channel = 0;
     std::int32_t angle = 0;
-    bool horizontal = false, vertical = false;
+    bool horizontal = false, vertical = false, unpadded = false;
 
     void AddInput(CLI::App& command, const std::string& name = "IN",
                   const std::string& size_name = "--size") {
@@ -124,7 +124,7 @@ struct Arguments {
         return ParseRect("--rect", rect);
     }
     OutputOptions Output() const {
-        OutputOptions options{output, type, {}};
+        OutputOptions options{output, type, {}, unpadded};
         if (!to.empty()) options.format = ParseFormat("--to", to);
         return options;
     }
@@ -147,12 +147,21 @@ void Print(const std::string& text) {
     output.Commit();
 }
 
-void Run(int argc, char** argv) {
-    Arguments arguments;
-    CLI::App app("pxb: looks at what PxbLib does with pictures.", "pxb");
-    app.set_version_flag("--version", "pxb " PXB_VERSION);
-    app.require_subcommand(1);
+// The commands. Each adds its options and says what is done with them.
 
+constexpr char kElseThatOfIn[] = "else that of IN if OUT can hold it, else I420 or RGB24";
+
+CLI::App& AddFrameCommand(CLI::App& app, Arguments& arguments, const char* name, const char* about,
+                          const char* raw_size = "--size") {
+    CLI::App& command = *app.add_subcommand(name, about);
+    arguments.AddInput(command, "IN", raw_size);
+    arguments.AddOutput(command);
+    arguments.AddFrame(command);
+    command.footer(kAboutFiles);
+    return command;
+}
+
+void AddTestcard(CLI::App& app, Arguments& arguments) {
     CLI::App& testcard = *app.add_subcommand("testcard", "Paint a test card");
     arguments.AddOutput(testcard);
     testcard.add_option("--size", arguments.size, "size of the card; else 768x576")
@@ -161,30 +170,91 @@ void Run(int argc, char** argv) {
         ->type_name("N")
         ->check(CLI::Range(1, 100000));
     arguments.AddTo(testcard, "else I420, or RGB24 where OUT is a picture");
+    testcard.callback([&arguments] {
+        const std::string& size = arguments.size;
+        PaintTestCards(arguments.Output(), ParseSize("--size", size.empty() ? "768x576" : size),
+                       arguments.frames);
+    });
+}
 
+void AddInfo(CLI::App& app, Arguments& arguments) {
     CLI::App& info = *app.add_subcommand("info", "Say what a file holds");
     arguments.AddInput(info);
     info.footer(kAboutFiles);
+    info.callback([&arguments] { Print(Describe(arguments.Input())); });
+}
 
-    CLI::App& convert = *app.add_subcommand("convert", "Convert a file, one library call a frame");
-    arguments.AddInput(convert);
-    arguments.AddOutput(convert);
-    arguments.AddTo(convert, "else that of IN if OUT can hold it, else I420 or RGB24");
-    arguments.AddFrame(convert);
+void AddConvert(CLI::App& app, Arguments& arguments) {
+    CLI::App& convert =
+        AddFrameCommand(app, arguments, "convert", "Convert a file, one library call a frame");
+    arguments.AddTo(convert, kElseThatOfIn);
+    convert.add_flag("--unpadded", arguments.unpadded,
+                     "tell the library of odd widths as they are, and see its rows drift");
     convert.footer([] { return std::string(kAboutFiles) + "\n\n" + ConversionHelp(); });
+    convert.callback([&arguments] { ConvertFile(arguments.Input(), arguments.Output()); });
+}
 
-    CLI::App& channel = *app.add_subcommand("channel", "Extract one channel as a grey picture");
-    arguments.AddInput(channel);
-    arguments.AddOutput(channel);
+void AddChannel(CLI::App& app, Arguments& arguments) {
+    CLI::App& channel =
+        AddFrameCommand(app, arguments, "channel", "Extract one channel as a grey picture");
     channel
         .add_option("--channel", arguments.channel,
                     "1 alpha of RGB32, grey of RGB24; 2 red, 3 green, 4 blue of RGB32; 5 luma")
         ->type_name("N")
         ->required()
         ->check(CLI::Range(1, 5));
-    arguments.AddFrame(channel);
-    channel.footer(kAboutFiles);
+    channel.callback(
+        [&arguments] { ExtractChannel(arguments.Input(), arguments.Output(), arguments.channel); });
+}
 
+void AddResize(CLI::App& app, Arguments& arguments) {
+    CLI::App& resize = AddFrameCommand(app, arguments, "resize",
+                                       "Scale a file, one library call a frame", "--in-size");
+    resize.add_option("--size", arguments.new_size, "size of OUT")->type_name("WxH")->required();
+    resize.add_option("--mode", arguments.mode, ModeNames())->type_name("MODE")->required();
+    resize.add_option("--from-rect", arguments.from_rect, "this part of IN; else all of it")
+        ->type_name("L,T,R,B");
+    resize
+        .add_option("--to-rect", arguments.to_rect,
+                    "onto this part of OUT, the rest of which is black; else onto all of it")
+        ->type_name("L,T,R,B");
+    arguments.AddTo(resize, kElseThatOfIn);
+    resize.footer(kAboutModes + std::string("\n\n") + kAboutFiles);
+    resize.callback([&arguments] {
+        ResizeFile(arguments.Input("--in-size"), arguments.Output(), arguments.NewSize());
+    });
+}
+
+void AddRotate(CLI::App& app, Arguments& arguments) {
+    CLI::App& rotate = AddFrameCommand(app, arguments, "rotate",
+                                       "Turn a file, one library call a frame", "--in-size");
+    rotate.add_option("--angle", arguments.angle, "degrees, a whole number")
+        ->type_name("DEGREES")
+        ->required();
+    rotate.add_option("--size", arguments.new_size, "size of OUT")->type_name("WxH");
+    arguments.AddTo(rotate, kElseThatOfIn);
+    rotate.footer(kAboutTurns + std::string("\n\n") + kAboutFiles);
+    rotate.callback([&arguments] {
+        RotateFile(arguments.Input("--in-size"), arguments.Output(), arguments.Turn());
+    });
+}
+
+void AddFlip(CLI::App& app, Arguments& arguments) {
+    CLI::App& flip = AddFrameCommand(app, arguments, "flip", "Mirror pictures, or a part of each");
+    CLI::Option_group& mirror = *flip.add_option_group("Mirrors");
+    mirror.add_flag("--horizontal", arguments.horizontal, "left to right");
+    mirror.add_flag("--vertical", arguments.vertical, "top to bottom");
+    mirror.require_option(1);
+    flip.add_option("--rect", arguments.rect, "this part alone; right and bottom exclusive")
+        ->type_name("L,T,R,B");
+    arguments.AddTo(flip, kElseThatOfIn);
+    flip.callback([&arguments] {
+        FlipFile(arguments.Input(), arguments.Output(),
+                 arguments.horizontal ? Mirror::kHorizontal : Mirror::kVertical, arguments.Part());
+    });
+}
+
+void AddBlend(CLI::App& app, Arguments& arguments) {
     CLI::App& blend = *app.add_subcommand("blend", "Blend a picture over all frames of a file");
     arguments.AddInput(blend, "BACKGROUND");
     blend.add_option("OVERLAY", arguments.overlay, "picture to lay over them, or -")->required();
@@ -199,46 +269,18 @@ void Run(int argc, char** argv) {
     arguments.AddTo(blend, "else that of BACKGROUND if OUT can hold it, else I420 or RGB24");
     arguments.AddFrame(blend);
     blend.footer(kAboutFiles);
+    blend.callback(
+        [&arguments] { BlendOver(arguments.Input(), arguments.Overlay(), arguments.Output()); });
+}
 
-    CLI::App& flip = *app.add_subcommand("flip", "Mirror pictures, or a part of each");
-    arguments.AddInput(flip);
-    arguments.AddOutput(flip);
-    CLI::Option_group& mirror = *flip.add_option_group("Mirrors");
-    mirror.add_flag("--horizontal", arguments.horizontal, "left to right");
-    mirror.add_flag("--vertical", arguments.vertical, "top to bottom");
-    mirror.require_option(1);
-    flip.add_option("--rect", arguments.rect, "this part alone; right and bottom exclusive")
-        ->type_name("L,T,R,B");
-    arguments.AddTo(flip, "else that of IN if OUT can hold it, else I420 or RGB24");
-    arguments.AddFrame(flip);
-    flip.footer(kAboutFiles);
-
-    CLI::App& resize = *app.add_subcommand("resize", "Scale a file, one library call a frame");
-    arguments.AddInput(resize, "IN", "--in-size");
-    arguments.AddOutput(resize);
-    resize.add_option("--size", arguments.new_size, "size of OUT")->type_name("WxH")->required();
-    resize.add_option("--mode", arguments.mode, ModeNames())->type_name("MODE")->required();
-    resize.add_option("--from-rect", arguments.from_rect, "this part of IN; else all of it")
-        ->type_name("L,T,R,B");
-    resize
-        .add_option("--to-rect", arguments.to_rect,
-                    "onto this part of OUT, the rest of which is black; else onto all of it")
-        ->type_name("L,T,R,B");
-    arguments.AddTo(resize, "else that of IN if OUT can hold it, else I420 or RGB24");
-    arguments.AddFrame(resize);
-    resize.footer(kAboutModes + std::string("\n\n") + kAboutFiles);
-
-    CLI::App& rotate = *app.add_subcommand("rotate", "Turn a file, one library call a frame");
-    arguments.AddInput(rotate, "IN", "--in-size");
-    arguments.AddOutput(rotate);
-    rotate.add_option("--angle", arguments.angle, "degrees, a whole number")
-        ->type_name("DEGREES")
-        ->required();
-    rotate.add_option("--size", arguments.new_size, "size of OUT")->type_name("WxH");
-    arguments.AddTo(rotate, "else that of IN if OUT can hold it, else I420 or RGB24");
-    arguments.AddFrame(rotate);
-    rotate.footer(kAboutTurns + std::string("\n\n") + kAboutFiles);
-
+void Run(int argc, char** argv) {
+    Arguments arguments;
+    CLI::App app("pxb: looks at what PxbLib does with pictures.", "pxb");
+    app.set_version_flag("--version", "pxb " PXB_VERSION);
+    app.require_subcommand(1);
+    for (const auto add :
+         {AddTestcard, AddInfo, AddConvert, AddChannel, AddResize, AddRotate, AddFlip, AddBlend})
+        add(app, arguments);
     app.footer(kExamples);  // last: commands would inherit it
 
     try {
@@ -247,24 +289,8 @@ void Run(int argc, char** argv) {
         if (error.get_exit_code() != 0) throw;
         std::ostringstream text;
         app.exit(error, text, text);
-        return Print(text.str());
+        Print(text.str());
     }
-
-    if (testcard.parsed())
-        PaintTestCards(arguments.Output(),
-                       ParseSize("--size", arguments.size.empty() ? "768x576" : arguments.size),
-                       arguments.frames);
-    if (info.parsed()) Print(Describe(arguments.Input()));
-    if (convert.parsed()) ConvertFile(arguments.Input(), arguments.Output());
-    if (blend.parsed()) BlendOver(arguments.Input(), arguments.Overlay(), arguments.Output());
-    if (resize.parsed())
-        ResizeFile(arguments.Input("--in-size"), arguments.Output(), arguments.NewSize());
-    if (channel.parsed()) ExtractChannel(arguments.Input(), arguments.Output(), arguments.channel);
-    if (flip.parsed())
-        FlipFile(arguments.Input(), arguments.Output(),
-                 arguments.horizontal ? Mirror::kHorizontal : Mirror::kVertical, arguments.Part());
-    if (rotate.parsed())
-        RotateFile(arguments.Input("--in-size"), arguments.Output(), arguments.Turn());
 }
 
 // One line, whatever file names and headers contain.
