@@ -192,7 +192,7 @@ the same here.")
 $(shown rgb-faded.png "Faded, of RGB32: as bilinear, with a black border. The centres of the \
 outermost new pixels lie outside those of the outermost old ones; instead of repeating these, this \
 mode blends to 0 within one new pixel, and stays there.")
-$(shown large-faded.png "Faded, of 4:2:0: 0 in all three planes is no black but a dark green, and the \
+$(shown large-faded.png "Faded, of 4:2:0: 0 in all three planes is no black but green, and the \
 chroma planes fade over their own, larger pixels. Half-faded gives the same here.")
 </div>
 
