@@ -72,10 +72,9 @@ PeerWork TurnByOpencv(Scene& scene, Turn turn) {
     const int code = turn.angle == 180        ? cv::ROTATE_180
                      : turn.Clockwise() == 90 ? cv::ROTATE_90_CLOCKWISE
                                               : cv::ROTATE_90_COUNTERCLOCKWISE;
-    std::vector<std::pair<cv::Mat, cv::Mat>> planes;
-    for (int i = 0; i < (turn.IsPlanar() ? 3 : 1); ++i)
-        planes.emplace_back(PlaneOf(scene.src, i), PlaneOf(scene.dst, i));
-    const int calls = static_cast<int>(planes.size());
+    const int calls = turn.IsPlanar() ? 3 : 1;
+    std::vector<std::pair<cv::Mat, cv::Mat>> planes(calls);
+    for (int i = 0; i < calls; ++i) planes[i] = {PlaneOf(scene.src, i), PlaneOf(scene.dst, i)};
     return {[=]() mutable {
                 for (auto& [src, dst] : planes) cv::rotate(src, dst, code);
             },

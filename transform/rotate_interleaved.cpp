@@ -8,6 +8,12 @@
 namespace pxb {
 namespace {
 
+template <class B>
+Raster<B> RasterOf(B* data, std::int32_t width, std::int32_t height, std::int32_t stride,
+                   std::int32_t bits_per_pixel) {
+    return {data, width, height, stride, bits_per_pixel / 8};
+}
+
 void Warp(const Raster<Byte>& dst, const SourceRowTable& src, std::int32_t angle_degrees) {
     const FloatGuard guard;
     Affine map;
@@ -65,8 +71,9 @@ void RotateInterleaved(std::int32_t dst_bits_per_pixel, Byte* dst, std::int32_t 
                        std::int32_t dst_height, std::int32_t dst_stride, const Byte* src,
                        std::int32_t src_width, std::int32_t src_height, std::int32_t src_stride,
                        std::int32_t src_bits_per_pixel, std::int32_t angle_degrees) {
-    const Raster<Byte> to = {dst, dst_width, dst_height, dst_stride, dst_bits_per_pixel / 8};
-    const SourceRowTable from = {{src, src_width, src_height, src_stride, src_bits_per_pixel / 8}};
+    const auto to = RasterOf(dst, dst_width, dst_height, dst_stride, dst_bits_per_pixel);
+    const SourceRowTable from = {
+        RasterOf(src, src_width, src_height, src_stride, src_bits_per_pixel)};
     if (!dst_width || !dst_height || !src_width || !src_height) return;
     Warp(to, from, angle_degrees);
     if (to.bytes_per_pixel > 0) CopyEdges(to, from, angle_degrees);

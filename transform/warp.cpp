@@ -1,6 +1,7 @@
 #include "transform/warp.h"
 
 #include <algorithm>
+#include <bit>
 
 #include "core/float_guard.h"
 #include "transform/bilinear_row.h"
@@ -12,8 +13,20 @@ namespace {
 
 constexpr double kUnitsPerPixel = 65536.0;
 
+// Toward zero; |value| < 2^51.
 std::int64_t Truncate(double value) {
+#if defined(__SSE2__)
     return static_cast<std::int64_t>(value);
+#else
+    // The x87 unit would have to change its rounding for each conversion, and again after it. Next to
+    // 1.5 * 2^52 doubles are whole numbers, the nearest of which stands in the lower bits.
+    constexpr double kWhole = 0x1.8p52;
+    const double sum = value + kWhole, nearest = sum - kWhole;
+    const std::int64_t whole =
+        std::bit_cast<std::int64_t>(sum) - std::bit_cast<std::int64_t>(kWhole);
+    if (value >= 0) return nearest > value ? whole - 1 : whole;
+    return nearest < value ? whole + 1 : whole;
+#endif
 }
 
 bool IsInside(std::int64_t units, std::int32_t extent) {
@@ -87,7 +100,7 @@ class RowWarp {
             const double coverage = Coverage(At(u_, x), u_) * Coverage(At(v_, x), v_);
             Byte* const to = row + x * bytes;
             for (int k = 0; k < shared; ++k)
-                to[k] = static_cast<Byte>(static_cast<std::int32_t>(pixel[k] * coverage));
+                to[k] = static_cast<Byte>(Truncate(pixel[k] * coverage));
             if (bytes > shared) to[shared] = 0;
         }
     }

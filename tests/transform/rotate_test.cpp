@@ -210,7 +210,7 @@ TEST(Rotate, PlanarImagesAsTheReference) {
 TEST(Rotate, LargeSourcesAsTheReference) {
     for (const Variant& variant : Variants())
         for (const int format : {PXB_RGB24, PXB_RGB32})
-            for (const Size size : {Size{33000, 3}, Size{3, 33000}, Size{11000, 4}})
+            for (const Size size : {Size{33000, 2}, Size{2, 33000}, Size{11000, 3}})
                 for (const int angle : {45, 90, 180, 359}) {
                     SCOPED_TRACE(testing::Message() << variant.name << ", " << kFormatNames[format]
                                                     << ", " << size.width << ", angle " << angle);
