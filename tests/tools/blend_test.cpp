@@ -1,6 +1,5 @@
 // `pxb blend`: which alpha it takes, where the overlay goes, and what it refuses.
 #include "commands.h"
-#include "error.h"
 #include "scratch_folder.h"
 
 namespace pxb::tool {
@@ -78,12 +77,9 @@ TEST_F(BlendCommand, RefusesWhatCannotBeMet) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.message);
-        std::string message = "no error";
-        try {
+        const std::string message = MessageOf([&] {
             BlendOver({c.background, {c.size, {}}, {}}, c.overlay, {Path("out.ppm"), "", {}});
-        } catch (const Error& error) {
-            message = error.what();
-        }
+        });
         EXPECT_EQ(message.substr(0, c.message.size()), c.message);
     }
 }

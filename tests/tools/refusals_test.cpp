@@ -3,22 +3,11 @@
 #include <string>
 
 #include "commands.h"
-#include "error.h"
 #include "geometry.h"
 #include "scratch_folder.h"
 
 namespace pxb::tool {
 namespace {
-
-template <class Action>
-std::string MessageOf(Action action) {
-    try {
-        action();
-    } catch (const Error& error) {
-        return error.what();
-    }
-    return "no error";
-}
 
 class Refusals : public ScratchFolder {};
 

@@ -2,7 +2,6 @@
 #include <string>
 
 #include "commands.h"
-#include "error.h"
 #include "picture_bytes.h"
 #include "scratch_folder.h"
 
@@ -11,14 +10,9 @@ namespace {
 
 class Resizing : public ScratchFolder {
   protected:
-    std::string MessageOf(const std::string& in, const Scaling& scaling,
-                          const RawLayout& layout = {}) const {
-        try {
-            ResizeFile({in, layout, {}}, {Path("out.raw"), "", {}}, scaling);
-        } catch (const Error& error) {
-            return error.what();
-        }
-        return "no error";
+    std::string ResultOf(const std::string& in, const Scaling& scaling,
+                         const RawLayout& layout = {}) const {
+        return MessageOf([&] { ResizeFile({in, layout, {}}, {Path("out.raw"), "", {}}, scaling); });
     }
 };
 
@@ -35,7 +29,7 @@ TEST_F(Resizing, EveryFrameOfAVideoInEveryMode) {
     for (std::int32_t mode = 0; mode <= 6; ++mode) {
         EXPECT_EQ(ParseMode("--mode", names[mode]), mode);
         EXPECT_EQ(ParseMode("--mode", std::to_string(mode)), mode);
-        EXPECT_EQ(MessageOf(video, {{3, 3}, mode, {}, {}}), "no error");
+        EXPECT_EQ(ResultOf(video, {{3, 3}, mode, {}, {}}), "no error");
         EXPECT_EQ(Get("out.raw").size(), 18u);
     }
 }
@@ -44,9 +38,9 @@ TEST_F(Resizing, EveryFrameOfAVideoInEveryMode) {
 TEST_F(Resizing, OddPicturesScaleAsAWhole) {
     Put("in.i420", "abcabcabcuuuuvvvv");
     const RawLayout layout = {Size{3, 3}, {}};
-    EXPECT_EQ(MessageOf(Path("in.i420"), {{3, 3}, 0, {}, {}}, layout), "no error");
+    EXPECT_EQ(ResultOf(Path("in.i420"), {{3, 3}, 0, {}, {}}, layout), "no error");
     EXPECT_EQ(Get("out.raw"), "abcabcabcuuuuvvvv");
-    EXPECT_EQ(MessageOf(Path("in.i420"), {{3, 3}, 0, Rect{1, 0, 3, 3}, Rect{0, 0, 2, 3}}, layout),
+    EXPECT_EQ(ResultOf(Path("in.i420"), {{3, 3}, 0, Rect{1, 0, 3, 3}, Rect{0, 0, 2, 3}}, layout),
               "no error");
     EXPECT_EQ(Get("out.raw").substr(0, 9),
               "bc\x10"
@@ -56,7 +50,7 @@ TEST_F(Resizing, OddPicturesScaleAsAWhole) {
 
 TEST_F(Resizing, PartsGoToPartsAndTheRestIsBlack) {
     const std::string grey = Put("in.pgm", "P5 4 2 255 abcdefgh");
-    EXPECT_EQ(MessageOf(grey, {{3, 3}, 0, Rect{1, 0, 3, 2}, Rect{1, 1, 3, 3}}), "no error");
+    EXPECT_EQ(ResultOf(grey, {{3, 3}, 0, Rect{1, 0, 3, 2}, Rect{1, 1, 3, 3}}), "no error");
     EXPECT_EQ(Get("out.raw"), std::string("\0\0\0\0bc\0fg", 9));
 }
 
@@ -87,7 +81,7 @@ TEST_F(Resizing, RefusesWhatCannotBe) {
         {nv12, plain, {{}, {}, "--in-size"}, nv12 + ": --in-size: raw frames need --in-size WxH"},
     };
     for (const auto& c : cases) {
-        const std::string message = MessageOf(c.in, c.scaling, c.layout);
+        const std::string message = ResultOf(c.in, c.scaling, c.layout);
         EXPECT_EQ(message.substr(0, c.message.size()), c.message);
         std::filesystem::remove(Path("out.raw"));
         EXPECT_EQ(FileCount(), 4u);
@@ -95,7 +89,7 @@ TEST_F(Resizing, RefusesWhatCannotBe) {
     EXPECT_THROW(ParseMode("--mode", "7"), Error);
     EXPECT_THROW(ParseMode("--mode", "cubic"), Error);
     Put("wide.ppm", "P6 2 2 255 abcdefghijkl");
-    EXPECT_EQ(MessageOf(Path("wide.ppm"), {{3, 3}, 6, {}, {}}),
+    EXPECT_EQ(ResultOf(Path("wide.ppm"), {{3, 3}, 6, {}, {}}),
               Path("wide.ppm") +
                   ": --mode: 6 (shrink): the library writes nothing in this mode from 2x2 to 3x3 "
                   "in RGB24");

@@ -7,9 +7,20 @@
 #include <iterator>
 #include <string>
 
+#include "error.h"
 #include "gtest/gtest.h"
 
 namespace pxb::tool {
+
+template <class Action>
+std::string MessageOf(Action action) {
+    try {
+        action();
+    } catch (const Error& error) {
+        return error.what();
+    }
+    return "no error";
+}
 
 class ScratchFolder : public testing::Test {
   protected:
