@@ -3,58 +3,54 @@
 #include <algorithm>
 #include <vector>
 
-#include "PxbLib.h"
 #include "support/allocations.h"
+#include "support/image.h"
 
 namespace pxb::test {
 namespace {
-
-using Byte = std::uint8_t;
 
 ImageBuffer Request(int format, int width, int height) {
     return {nullptr, 0, 0, width, height, format, nullptr};
 }
 
-void ExpectRecord(const ImageBuffer& image, int bits, int stride, int width, int height) {
-    EXPECT_EQ(image.bitsPerPixel, bits);
-    EXPECT_EQ(image.stride, stride);
-    EXPECT_EQ(image.width, width);
-    EXPECT_EQ(image.height, height);
+// The bits, the stride, the width and the height.
+std::vector<int> ShapeOf(const ImageBuffer& image) {
+    return {image.bitsPerPixel, image.stride, image.width, image.height};
 }
 
 // A request of 5 x 3 pixels, with a companion. All of the image is painted in one call, of which
 // the tests of the fill know more.
 TEST(New, CompletesTheRecordAndPaintsBlack) {
     const struct {
-        int format, bits, stride, width, height;
+        int format;
+        std::vector<int> shape;
         std::vector<Byte> black;  // its first pixels
     } kCases[] = {
-        {PXB_RGB24, 24, 16, 5, 3, {0, 0, 0}},  {PXB_RGB32, 32, 20, 5, 3, {0, 0, 0, 0}},
-        {PXB_YV12, 12, 6, 6, 4, {16, 16}},     {PXB_YUY2, 16, 12, 6, 3, {16, 128, 16, 128}},
-        {PXB_I420, 12, 6, 6, 4, {16, 16}},     {PXB_RGB8, 8, 8, 5, 3, {0, 0}},
-        {PXB_YUV422, 16, 12, 6, 3, {128, 16}}, {PXB_AYUV32, 32, 20, 5, 3, {}},
-        {PXB_NV12, 12, 6, 6, 4, {}},
+        {PXB_RGB24, {24, 16, 5, 3}, {0, 0, 0}},  {PXB_RGB32, {32, 20, 5, 3}, {0, 0, 0, 0}},
+        {PXB_YV12, {12, 6, 6, 4}, {16, 16}},     {PXB_YUY2, {16, 12, 6, 3}, {16, 128, 16, 128}},
+        {PXB_I420, {12, 6, 6, 4}, {16, 16}},     {PXB_RGB8, {8, 8, 5, 3}, {0, 0}},
+        {PXB_YUV422, {16, 12, 6, 3}, {128, 16}}, {PXB_AYUV32, {32, 20, 5, 3}, {}},
+        {PXB_NV12, {12, 6, 6, 4}, {}},
     };
     for (const auto& c : kCases) {
         SCOPED_TRACE(testing::Message() << "format " << c.format);
         const int live = LiveAllocations();
         ImageBuffer image = Request(c.format, 5, 3);
         ASSERT_EQ(PxbNew(&image, 1), PXB_SUCCESS);
-        ExpectRecord(image, c.bits, c.stride, c.width, c.height);
+        EXPECT_EQ(ShapeOf(image), c.shape);
         EXPECT_EQ(reinterpret_cast<std::uintptr_t>(image.data) % 16, 0u);
         EXPECT_TRUE(std::equal(c.black.begin(), c.black.end(), image.data));
 
         const ImageBuffer alpha = *image.alpha;
-        ExpectRecord(alpha, 8, 8, c.width, c.height);
+        EXPECT_EQ(ShapeOf(alpha), (std::vector{8, 8, image.width, image.height}));
         EXPECT_EQ(alpha.format, PXB_RGB8);
         EXPECT_EQ(alpha.alpha, nullptr);
-        EXPECT_EQ(std::vector<Byte>(alpha.data, alpha.data + 8 * c.height),
-                  std::vector<Byte>(8 * c.height, 0));
+        EXPECT_EQ(std::count(alpha.data, alpha.data + 8 * alpha.height, 0), 8 * alpha.height);
 
         for (int twice = 0; twice < 2; ++twice) {
             EXPECT_EQ(PxbDelete(&image), PXB_SUCCESS);
             EXPECT_TRUE(!image.data && !image.alpha);
-            ExpectRecord(image, c.bits, c.stride, c.width, c.height);
+            EXPECT_EQ(ShapeOf(image), c.shape);
         }
         EXPECT_EQ(PxbNew(&image, 0), PXB_SUCCESS);
         EXPECT_EQ(image.alpha, nullptr);
@@ -65,37 +61,37 @@ TEST(New, CompletesTheRecordAndPaintsBlack) {
 
 TEST(New, TakesAndRefusesSizes) {
     constexpr int kMin = INT32_MIN, kMax = INT32_MAX;
-    constexpr struct {
+    const struct {
         int format, width, height;
         int32_t wanted;
-        int stride, new_width, new_height;  // afterwards
+        std::vector<int> afterwards;  // stride, width and height
     } kCases[] = {
-        {PXB_RGB24, 0, 3, 0, 0, 0, 3},
-        {PXB_I420, 1, 1, 0, 2, 2, 2},
-        {PXB_RGB24, -5, 3, 3, -8, -5, 3},
-        {PXB_RGB24, 5, -3, 3, 16, 5, -3},
-        {PXB_RGB24, -5, -3, 0, -8, -5, -3},  // a positive number of bytes, but no pixels
-        {PXB_I420, -5, 3, 3, -4, -4, 4},
-        {PXB_I420, -5, -3, 0, -4, -4, -2},
-        {PXB_YUY2, -1, 3, 0, 0, 0, 3},
-        {PXB_AYUV32, 32767, 16384, 0, 131068, 32767, 16384},
-        {PXB_AYUV32, 32768, 16383, 0, 131072, 32768, 16383},
-        {PXB_AYUV32, 32768, 16384, 3, 131072, 32768, 16384},  // 2^31 bytes
-        {PXB_AYUV32, 65536, 65536, 3, 262144, 65536, 65536},  // 2^34: 0 in 32 bits
-        {PXB_AYUV32, 1 << 30, 1, 3, 0, 1 << 30, 1},
-        {PXB_AYUV32, kMax, kMax, 3, -4, kMax, kMax},
-        {PXB_AYUV32, kMin, kMin, 3, 4, kMin, kMin},
-        {PXB_AYUV32, kMin, 1, 3, 4, kMin, 1},
-        {PXB_NV12, 32768, 43690, 0, 32768, 32768, 43690},
-        {PXB_NV12, 65535, 21845, 3, 65536, 65536, 21846},
-        {PXB_NV12, kMax, 1, 3, kMin, kMin, 2},
-        {PXB_NV12, kMax, 0, 0, kMin, kMin, 0},
-        {PXB_NV12, kMax, kMax, 3, kMin, kMin, kMin},
-        {PXB_NV12, kMin, kMin, 3, kMin + 2, kMin + 2, kMin + 2},
-        {PXB_RGB24, 715827883, 1, 3, kMin + 4, 715827883, 1},
-        {PXB_RGB8, kMax, 1, 3, kMin, kMax, 1},
-        {PXB_YUY2, kMax, 1, 3, 0, kMin, 1},
-        {PXB_YUV422, 32768, 32768, 3, 65536, 32768, 32768},
+        {PXB_RGB24, 0, 3, 0, {0, 0, 3}},
+        {PXB_I420, 1, 1, 0, {2, 2, 2}},
+        {PXB_RGB24, -5, 3, 3, {-8, -5, 3}},
+        {PXB_RGB24, 5, -3, 3, {16, 5, -3}},
+        {PXB_RGB24, -5, -3, 0, {-8, -5, -3}},  // a positive number of bytes, but no pixels
+        {PXB_I420, -5, 3, 3, {-4, -4, 4}},
+        {PXB_I420, -5, -3, 0, {-4, -4, -2}},
+        {PXB_YUY2, -1, 3, 0, {0, 0, 3}},
+        {PXB_AYUV32, 32767, 16384, 0, {131068, 32767, 16384}},
+        {PXB_AYUV32, 32768, 16383, 0, {131072, 32768, 16383}},
+        {PXB_AYUV32, 32768, 16384, 3, {131072, 32768, 16384}},  // 2^31 bytes
+        {PXB_AYUV32, 65536, 65536, 3, {262144, 65536, 65536}},  // 2^34: 0 in 32 bits
+        {PXB_AYUV32, 1 << 30, 1, 3, {0, 1 << 30, 1}},
+        {PXB_AYUV32, kMax, kMax, 3, {-4, kMax, kMax}},
+        {PXB_AYUV32, kMin, kMin, 3, {4, kMin, kMin}},
+        {PXB_AYUV32, kMin, 1, 3, {4, kMin, 1}},
+        {PXB_NV12, 32768, 43690, 0, {32768, 32768, 43690}},
+        {PXB_NV12, 65535, 21845, 3, {65536, 65536, 21846}},
+        {PXB_NV12, kMax, 1, 3, {kMin, kMin, 2}},
+        {PXB_NV12, kMax, 0, 0, {kMin, kMin, 0}},
+        {PXB_NV12, kMax, kMax, 3, {kMin, kMin, kMin}},
+        {PXB_NV12, kMin, kMin, 3, {kMin + 2, kMin + 2, kMin + 2}},
+        {PXB_RGB24, 715827883, 1, 3, {kMin + 4, 715827883, 1}},
+        {PXB_RGB8, kMax, 1, 3, {kMin, kMax, 1}},
+        {PXB_YUY2, kMax, 1, 3, {0, kMin, 1}},
+        {PXB_YUV422, 32768, 32768, 3, {65536, 32768, 32768}},
     };
     for (const auto& c : kCases) {
         SCOPED_TRACE(testing::Message()
@@ -108,9 +104,7 @@ TEST(New, TakesAndRefusesSizes) {
         const bool no_room = sizeof(void*) == 4 && large && result == PXB_FAILURE;
         EXPECT_EQ(result, no_room ? PXB_FAILURE : c.wanted);
         EXPECT_EQ(image.data != nullptr, result == PXB_SUCCESS);
-        EXPECT_EQ(image.stride, c.stride);
-        EXPECT_EQ(image.width, c.new_width);
-        EXPECT_EQ(image.height, c.new_height);
+        EXPECT_EQ((std::vector{image.stride, image.width, image.height}), c.afterwards);
         PxbDelete(&image);
         EXPECT_EQ(LiveAllocations(), live);
     }
@@ -121,7 +115,7 @@ TEST(New, RefusesUnknownFormatsByWhatDataHolds) {
         SCOPED_TRACE(format);
         ImageBuffer image = Request(format, 6, 2);
         EXPECT_EQ(PxbNew(&image, 0), PXB_FAILURE);
-        ExpectRecord(image, 0, 0, 6, 2);
+        EXPECT_EQ(ShapeOf(image), (std::vector{0, 0, 6, 2}));
 
         Byte byte = 77;
         image.data = &byte;
@@ -129,7 +123,7 @@ TEST(New, RefusesUnknownFormatsByWhatDataHolds) {
         EXPECT_EQ(image.data, &byte);
         EXPECT_EQ(byte, 77);
         ASSERT_TRUE(image.alpha && image.alpha->data);
-        ExpectRecord(*image.alpha, 8, 8, 6, 2);
+        EXPECT_EQ(ShapeOf(*image.alpha), (std::vector{8, 8, 6, 2}));
         image.data = nullptr;
         PxbDelete(&image);
     }
@@ -141,19 +135,16 @@ TEST(New, SurvivesEachFailingAllocation) {
             SCOPED_TRACE(testing::Message() << "format " << format << ", " << failing_number);
             const int live = LiveAllocations();
             ImageBuffer image = Request(format, 6, 2);
-            int32_t result;
-            {
+            const int32_t result = [&] {
                 const FailingAllocation failing(failing_number);
-                result = PxbNew(&image, 1);
-            }
-            const bool no_pixels = failing_number == 0, no_record = failing_number == 1;
-            const bool no_companion_pixels = failing_number == 2;
-            EXPECT_EQ(result, no_pixels ? PXB_FAILURE : PXB_SUCCESS);
-            EXPECT_EQ(image.data == nullptr, no_pixels);
-            EXPECT_EQ(image.alpha == nullptr, no_record);
+                return PxbNew(&image, 1);
+            }();
+            EXPECT_EQ(result, failing_number == 0 ? PXB_FAILURE : PXB_SUCCESS);
+            EXPECT_EQ(image.data == nullptr, failing_number == 0);
+            EXPECT_EQ(image.alpha == nullptr, failing_number == 1);
             if (image.alpha) {
-                EXPECT_EQ(image.alpha->data == nullptr, no_companion_pixels);
-                ExpectRecord(*image.alpha, 8, 8, 6, 2);
+                EXPECT_EQ(image.alpha->data == nullptr, failing_number == 2);
+                EXPECT_EQ(ShapeOf(*image.alpha), (std::vector{8, 8, 6, 2}));
             }
             EXPECT_NE(image.stride, 0);
             PxbDelete(&image);

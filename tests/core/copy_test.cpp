@@ -37,16 +37,16 @@ TEST(CopyBytes, CopiesEveryLength) {
         }
 }
 
+// Also where the destination lies just behind the source by the last bits of the addresses.
 TEST(CopyBytes, CopiesLongRows) {
     constexpr int kSize = 1 << 18, kPage = 4096;
     const std::vector<Byte> from = Noise(kSize, 1);
     for (const int bytes : {65535, 65536, 65537, 150001})
         for (const int behind : {0, 20, 100}) {
             std::vector<Byte> to(kSize, 77), expected = to;
-            const auto page_of = [](const Byte* p) {
-                return static_cast<int>(reinterpret_cast<std::uintptr_t>(p) % kPage);
-            };
-            const int at = (behind + page_of(from.data()) - page_of(to.data()) + kPage) % kPage;
+            const auto distance = reinterpret_cast<std::uintptr_t>(from.data()) -
+                                  reinterpret_cast<std::uintptr_t>(to.data()) + behind;
+            const int at = static_cast<int>(distance % kPage);
             std::copy_n(from.begin(), bytes, expected.begin() + at);
             CopyBytes(to.data() + at, from.data(), bytes);
             ASSERT_EQ(to, expected) << bytes << " bytes, behind by " << behind;
