@@ -23,10 +23,12 @@ void PrintTo(const Job& job, std::ostream* text) {
     *text << job.name;
 }
 
-Byte Mixed(int d, int s, int alpha) {
+constexpr Byte Mixed(int d, int s, int alpha) {
     constexpr int kLift = 256;  // makes what is divided positive
     return static_cast<Byte>(((s - d) * alpha + kLift * 256) / 256 - kLift + d);
 }
+static_assert(Mixed(0, 255, 255) == 254 && Mixed(255, 0, 255) == 0 && Mixed(200, 100, 0) == 200);
+static_assert(Mixed(0, 255, 128) == 127 && Mixed(255, 0, 128) == 127 && Mixed(10, 11, 255) == 10);
 
 // Rectangles of this size from each top left corner on.
 struct Area {
@@ -76,53 +78,26 @@ std::int32_t Blend(const Job& job, ImageBuffer* dst, const ImageBuffer* src,
     return PxbAlphaBlend(dst, src, job.has_plane ? alpha : nullptr, &to, &from);
 }
 
-// ---- Arithmetic ----
-
-TEST(AlphaBlend, WorkedValues) {
-    constexpr struct {
-        Byte d, s, alpha, wanted;
-    } kCases[] = {{0, 255, 255, 254}, {255, 0, 255, 0},  {200, 100, 0, 200}, {0, 255, 128, 127},
-                  {255, 0, 128, 127}, {10, 11, 255, 10}, {11, 10, 1, 10},    {77, 77, 200, 77}};
-    for (const auto& c : kCases)
-        for (const Variant& variant : RunnableVariants()) {
-            const ForcedProcessor forced(variant.words);
-            std::vector<Byte> d(120, c.d), s(120, c.s), a(40, c.alpha);
-            ImageBuffer dst = {d.data(), 24, 120, 40, 1, PXB_RGB24, nullptr}, src = dst;
-            src.data = s.data();
-            const ImageBuffer alpha = {a.data(), 8, 40, 40, 1, PXB_RGB8, nullptr};
-            ASSERT_EQ(PxbAlphaBlend(&dst, &src, &alpha, nullptr, nullptr), PXB_SUCCESS);
-            EXPECT_EQ(d, std::vector<Byte>(120, c.wanted)) << variant.name;
-        }
-}
-
 class AlphaBlendOf : public testing::TestWithParam<Job> {};
 INSTANTIATE_TEST_SUITE_P(, AlphaBlendOf, testing::ValuesIn(kJobs, kJobs + 5),
                          [](const auto& job) { return std::to_string(job.index); });
 
-// All samples of pixel p, of 2^16, are p % 256 and p / 256; 4:2:0: those of a block of four pixels,
-// of which the odd ones have another alpha.
+// The samples of pixel p of 2^16 are p % 256 and p / 256; 4:2:0: those of a block of four pixels, of
+// which the odd ones have another alpha.
 TEST_P(AlphaBlendOf, EveryValue) {
     const Job& job = GetParam();
-    const int side = Is420(job.format) ? 512 : 256;
+    const int scale = Is420(job.format) ? 2 : 1, side = 256 * scale;
     const Area all = {side, side, 0, 0, 0, 0};
     const Image before(job.format, {side, side}), src(job.format, {side, side}),
         plane(PXB_RGB8, {side, side});
-    const auto for_samples = [&](const auto& visit) {
-        ForSamples(job, before.record, src.record, side, all, visit);
-    };
-    const auto pixel = [&](Int alpha) {
-        if (!job.has_plane) return alpha / 4;
-        return side == 512 ? alpha / 1024 * 256 + alpha % 512 / 2 : alpha;
-    };
-    for_samples([&](Int d, Int s, Int a) {
-        before.record.data[d] = static_cast<Byte>(pixel(a) % 256);
-        src.record.data[s] = static_cast<Byte>(pixel(a) / 256);
-    });
     const Image& alphas = job.has_plane ? plane : src;
     for (int turn = 0; turn < 256; ++turn) {
         if (!IsTried(turn)) continue;
-        for_samples([&](Int, Int, Int a) {
-            alphas.record.data[a] = static_cast<Byte>(pixel(a) * 7 + turn + a % 2 * 100);
+        ForSamples(job, before.record, src.record, side, all, [&](Int d, Int s, Int a) {
+            const Int p = job.has_plane ? a : a / 4, x = p % side / scale, y = p / side / scale;
+            before.record.data[d] = static_cast<Byte>(x);
+            src.record.data[s] = static_cast<Byte>(y);
+            alphas.record.data[a] = static_cast<Byte>(x * 7 + y + turn + p % 2 * 100);
         });
         Image expected(job.format, {side, side}), dst(job.format, {side, side});
         expected.Tile(before.First(before.bytes));
@@ -135,8 +110,6 @@ TEST_P(AlphaBlendOf, EveryValue) {
         }
     }
 }
-
-// ---- Rectangles ----
 
 // Blends between three pieces of guarded memory.
 class BlendTrial : public Trial {
@@ -158,19 +131,24 @@ class BlendTrial : public Trial {
         ImageBuffer dst = describe(job.format, area.dst_left, area.dst_top, 0);
         ImageBuffer src = describe(job.format, area.src_left, area.src_top, 1);
         ImageBuffer alpha = describe(PXB_RGB8, area.src_left, area.src_top, 2);
-        const Placement placement = static_cast<Placement>(number_ % 3);
-        if (placement == Placement::kSplit && Is420(job.format)) MakeTall(dst), MakeTall(src);
-        PlaceAll(job, area, dst, src, alpha, placement);
+        Visited to, from, weights;
+        ForSamples(job, dst, src, alpha.stride, area, [&](Int d, Int s, Int a) {
+            to.luma.Add(d, 1), from.luma.Add(s, 1), weights.luma.Add(a, 1);
+        });
+        if (job.format == PXB_RGB32) ++to.luma.end, ++from.luma.end;  // the fourth byte
+        const Placement placement = number_ % 2 ? Placement::kFront : Placement::kBack;
+        Place(dst, dst_memory, to, placement);
+        Place(src, src_memory, from, placement);
+        Place(alpha, alpha_memory_, weights, placement);
+        const auto model = [&](const ImageBuffer& d, const ImageBuffer& s) {
+            BlendByModel(job, d, s, alpha, area);
+        };
+        const auto blend = [&](ImageBuffer* d, const ImageBuffer* s) {
+            return Blend(job, d, s, &alpha, area);
+        };
         for (const Variant& variant : variants_) {
             const ForcedProcessor forced(variant.words);
-            ASSERT_TRUE(Compare(
-                dst, src,
-                [&](const ImageBuffer& to, const ImageBuffer& from) {
-                    BlendByModel(job, to, from, alpha, area);
-                },
-                [&](ImageBuffer* to, const ImageBuffer* from) {
-                    return Blend(job, to, from, &alpha, area);
-                }))
+            ASSERT_TRUE(Compare(dst, src, model, blend))
                 << job.name << ", " << variant.name << ", number " << number_ << ": " << area.width
                 << " x " << area.height << " from " << area.src_left << ", " << area.src_top
                 << " to " << area.dst_left << ", " << area.dst_top;
@@ -178,57 +156,26 @@ class BlendTrial : public Trial {
     }
 
   private:
-    // A page fits between luma and chroma.
-    static void MakeTall(ImageBuffer& image) {
-        image.height += static_cast<int>(GuardedMemory::kPage) / std::max(image.stride, 1) + 1;
-    }
-    void PlaceAll(const Job& job, const Area& area, ImageBuffer& dst, ImageBuffer& src,
-                  ImageBuffer& alpha, Placement placement) {
-        Visited to, from, weights;
-        const auto add = [&](Visited& visited, const ImageBuffer& image, Int byte) {
-            const bool luma = !Is420(job.format) || byte < Int{image.stride} * image.height;
-            (luma ? visited.luma : visited.chroma).Add(byte, 1);
-        };
-        ForSamples(job, dst, src, alpha.stride, area, [&](Int d, Int s, Int a) {
-            add(to, dst, d), add(from, src, s);
-            weights.luma.Add(a, 1);
-        });
-        if (job.format == PXB_RGB32) ++to.luma.end, ++from.luma.end;  // the fourth byte
-        Place(dst, dst_memory, to, placement);
-        Place(src, src_memory, from, placement);
-        Place(alpha, alpha_memory_, weights, placement);
-    }
-
     const std::vector<Variant> variants_ = RunnableVariants();
     GuardedMemory alpha_memory_;
     int number_ = 0;
 };
 
-TEST(AlphaBlend, RectanglesOfEveryWidth) {
+// Of every width, and at every small offset: also where blocks of four pixels begin at odd places
+// and end beyond the chroma of their image.
+TEST(AlphaBlend, Rectangles) {
     BlendTrial trial;
+    std::vector<Area> areas;
+    for (int width = 0; width <= 130; ++width)
+        for (int turn = width; turn < width + 3; ++turn)
+            areas.push_back(
+                {width, (2 * turn - width) % 6, turn % 3, turn % 2, turn % 5, turn / 2 % 3});
+    for (int i = 0; i < 256; i += kThorough ? 1 : 7)
+        for (const Size size : {Size{1, 1}, Size{5, 2}, Size{35, 3}})
+            areas.push_back({size.width, size.height, i % 4, i / 4 % 4, i / 16 % 4, i / 64});
     for (const Job& job : kJobs)
-        for (int width = 0; width <= 130; ++width)
-            for (int turn = 0; turn < 3; ++turn) {
-                const int height = (width + 2 * turn) % 6, shift = width + turn;
-                trial.Run(job, {width, height, shift % 3, shift % 2, shift % 5, shift / 2 % 3});
-                if (HasFatalFailure()) return;
-            }
+        for (const Area& area : areas) ASSERT_NO_FATAL_FAILURE(trial.Run(job, area));
 }
-
-// Also where blocks of four pixels begin at odd places and end beyond the chroma of their image.
-TEST(AlphaBlend, RectanglesAtEverySmallOffset) {
-    BlendTrial trial;
-    for (const Job& job : kJobs)
-        for (int offsets = 0; offsets < 256; ++offsets)
-            for (const Size size : {Size{1, 1}, Size{5, 2}, Size{35, 3}}) {
-                if (!kThorough && offsets % 7) continue;
-                trial.Run(job, {size.width, size.height, offsets % 4, offsets / 4 % 4,
-                                offsets / 16 % 4, offsets / 64});
-                if (HasFatalFailure()) return;
-            }
-}
-
-// ---- Front end ----
 
 struct Call {
     Image dst, src, given{PXB_RGB8, {4, 4}, 3}, own{PXB_RGB8, {4, 4}, 4},
@@ -242,10 +189,7 @@ struct Call {
                      const Rect* from = nullptr) {
         return PxbAlphaBlend(&dst.record, &src.record, alpha, to, from);
     }
-    bool HasWrittenAlpha() const {
-        return given.HasChanged() || own.HasChanged() || unused.HasChanged();
-    }
-    bool HasWritten() const { return dst.HasChanged() || src.HasChanged() || HasWrittenAlpha(); }
+    bool HasWritten() const { return dst.HasChanged() || src.HasChanged() || unused.HasChanged(); }
 };
 
 // The given plane first, else the source's companion; RGB32 does not ask the companion.
@@ -256,14 +200,20 @@ TEST(AlphaBlend, FindsItsAlpha) {
                 SCOPED_TRACE(testing::Message() << kFormatNames[format] << is_given << has_data);
                 Call call(format);
                 if (!has_data) call.given.record.data = nullptr;
-                ASSERT_EQ(call.Run(is_given ? &call.given.record : nullptr), PXB_SUCCESS);
+                const ImageBuffer* const alpha = is_given ? &call.given.record : nullptr;
+                ASSERT_EQ(call.Run(alpha), PXB_SUCCESS);
                 const bool takes_given = is_given && has_data;
                 const Job job = {"", format, takes_given || format != PXB_RGB32};
                 const Image expected(format, {4, 4}, 1);
                 BlendByModel(job, expected.record, call.src.record,
                              (takes_given ? call.given : call.own).record, {4, 4, 0, 0, 0, 0});
                 EXPECT_TRUE(call.dst == expected);
-                EXPECT_FALSE(call.HasWrittenAlpha());
+                if (format == PXB_RGB32 || takes_given) continue;
+                call.own.record.data = nullptr;
+                EXPECT_EQ(call.Run(alpha), PXB_FAILURE);
+                call.src.record.alpha = nullptr;
+                EXPECT_EQ(call.Run(alpha), PXB_FAILURE);
+                EXPECT_TRUE(call.dst == expected);
             }
 }
 
@@ -273,63 +223,48 @@ TEST(AlphaBlend, ChecksInOrder) {
     for (int format = -1; format <= 11; ++format) {
         SCOPED_TRACE(format);
         Call call(format);
-        const auto expect = [&](std::int32_t wanted) {
-            EXPECT_EQ(call.Run(nullptr, &outside), wanted);
-        };
         const std::int32_t by_format = format < 1 || format > 7 ? PXB_BAD_ARGUMENT
                                        : format > 5             ? PXB_UNSUPPORTED
                                                                 : PXB_FAILURE;
-        expect(by_format);
+        EXPECT_EQ(call.Run(nullptr, &outside), by_format);
         call.own.record.data = nullptr;
-        expect(by_format);
-        Byte *const to = call.dst.record.data, *const from = call.src.record.data;
-        call.src.record.data = nullptr;
-        expect(PXB_BAD_ARGUMENT);
-        call.dst.record.data = nullptr;
-        expect(PXB_BAD_ARGUMENT);
-        call.src.record.data = from;
-        expect(PXB_BAD_ARGUMENT);
-        call.dst.record.data = to, ++call.src.record.format;
-        expect(PXB_BAD_ARGUMENT);
+        EXPECT_EQ(call.Run(nullptr, &outside), by_format);
+        for (ImageBuffer* image : {&call.src.record, &call.dst.record}) {
+            Byte* const data = image->data;
+            image->data = nullptr;
+            EXPECT_EQ(call.Run(nullptr, &outside), PXB_BAD_ARGUMENT);
+            image->data = data;
+        }
+        ++call.src.record.format;
+        EXPECT_EQ(call.Run(nullptr, &outside), PXB_BAD_ARGUMENT);
         EXPECT_FALSE(call.HasWritten());
     }
-    for (const int format : {PXB_RGB24, PXB_YV12, PXB_YUY2, PXB_I420})
-        for (const bool has_companion : {true, false}) {
-            Call call(format);
-            call.given.record.data = call.own.record.data = nullptr;
-            if (!has_companion) call.src.record.alpha = nullptr;
-            EXPECT_EQ(call.Run(nullptr), PXB_FAILURE);
-            EXPECT_EQ(call.Run(&call.given.record), PXB_FAILURE);
-            EXPECT_FALSE(call.HasWritten());
-        }
 }
 
+// Each pair in both directions.
 TEST(AlphaBlend, RefusesRectangles) {
-    constexpr struct {
-        Rect to, from;
-        std::int32_t wanted;
-    } kCases[] = {
-        {{-1, 0, 3, 4}, {0, 0, 4, 4}, PXB_FAILURE}, {{0, -1, 4, 3}, {0, 0, 4, 4}, PXB_FAILURE},
-        {{1, 0, 5, 4}, {0, 0, 4, 4}, PXB_FAILURE},  {{0, 1, 4, 5}, {0, 0, 4, 4}, PXB_FAILURE},
-        {{0, 0, 4, 4}, {-1, 0, 3, 4}, PXB_FAILURE}, {{0, 0, 4, 4}, {0, -1, 4, 3}, PXB_FAILURE},
-        {{0, 0, 4, 4}, {1, 0, 5, 4}, PXB_FAILURE},  {{0, 0, 4, 4}, {0, 1, 4, 5}, PXB_FAILURE},
-        {{0, 0, 3, 4}, {0, 0, 4, 4}, PXB_FAILURE},  {{0, 0, 4, 4}, {0, 0, 4, 3}, PXB_FAILURE},
-        {{0, 0, 2, 3}, {0, 0, 3, 2}, PXB_FAILURE},  {{2, 0, 1, 4}, {3, 0, 2, 4}, PXB_FAILURE},
-        {{0, 2, 4, 1}, {0, 3, 4, 2}, PXB_FAILURE},  {{0, 0, -1, 4}, {0, 0, -1, 4}, PXB_FAILURE},
-        {{4, 0, 4, 4}, {0, 0, 0, 4}, PXB_SUCCESS},  {{0, 4, 4, 4}, {0, 1, 4, 1}, PXB_SUCCESS},
-    };
-    const Rect smaller = {0, 0, 3, 4}, pixel = {0, 0, 1, 1};
+    constexpr Rect kPairs[][2] = {{{-1, 0, 3, 4}, {0, 0, 4, 4}}, {{0, -1, 4, 3}, {0, 0, 4, 4}},
+                                  {{1, 0, 5, 4}, {0, 0, 4, 4}},  {{0, 1, 4, 5}, {0, 0, 4, 4}},
+                                  {{0, 0, 3, 4}, {0, 0, 4, 4}},  {{0, 0, 4, 3}, {0, 0, 4, 4}},
+                                  {{0, 0, 2, 3}, {0, 0, 3, 2}},  {{2, 0, 1, 4}, {3, 0, 2, 4}},
+                                  {{0, 2, 4, 1}, {0, 3, 4, 2}},  {{0, 0, -1, 4}, {0, 0, -1, 4}}};
+    constexpr Rect kEmpty[] = {{4, 0, 4, 4}, {0, 0, 0, 4}, {0, 4, 4, 4}, {0, 1, 4, 1}},
+                   kSmaller = {0, 0, 3, 4}, kPixel = {0, 0, 1, 1};
     for (int format = PXB_RGB24; format <= PXB_I420; ++format) {
         SCOPED_TRACE(kFormatNames[format]);
         Call call(format);
-        for (const auto& c : kCases)
-            EXPECT_EQ(call.Run(nullptr, &c.to, &c.from), c.wanted) << &c - std::begin(kCases);
-        EXPECT_EQ(call.Run(nullptr, nullptr, &smaller), PXB_FAILURE);
-        EXPECT_EQ(call.Run(nullptr, &smaller, nullptr), PXB_FAILURE);
+        for (const auto& [a, b] : kPairs) {
+            EXPECT_EQ(call.Run(nullptr, &a, &b), PXB_FAILURE) << a.left << " " << a.top;
+            EXPECT_EQ(call.Run(nullptr, &b, &a), PXB_FAILURE) << a.left << " " << a.top;
+        }
+        EXPECT_EQ(call.Run(nullptr, &kEmpty[0], &kEmpty[1]), PXB_SUCCESS);
+        EXPECT_EQ(call.Run(nullptr, &kEmpty[2], &kEmpty[3]), PXB_SUCCESS);
+        EXPECT_EQ(call.Run(nullptr, nullptr, &kSmaller), PXB_FAILURE);
+        EXPECT_EQ(call.Run(nullptr, &kSmaller, nullptr), PXB_FAILURE);
         for (std::int32_t ImageBuffer::*extent : {&ImageBuffer::width, &ImageBuffer::height}) {
             call.dst.record.*extent = -4;  // no pixels, wherever a rectangle lies
             EXPECT_EQ(call.Run(nullptr), PXB_FAILURE);
-            EXPECT_EQ(call.Run(nullptr, &pixel, &pixel), PXB_SUCCESS);
+            EXPECT_EQ(call.Run(nullptr, &kPixel, &kPixel), PXB_SUCCESS);
             call.dst.record.*extent = 4;
         }
         EXPECT_FALSE(call.HasWritten());

@@ -12,50 +12,32 @@ namespace {
 
 using Flip = int32_t(PXB_CALL*)(ImageBuffer*, const Rect*);
 
-constexpr int kPixelBytes[] = {0, 3, 4, 1, 2, 1, 1, 2};  // by format
-
-bool IsPlanar(int format) {
-    return format == PXB_YV12 || format == PXB_I420;
-}
-
-// Bytes that go from one offset from the data to another. Those that stay may be listed, too.
-struct Move {
-    Int to, from, bytes;
-};
-
+// What a call changes. A sample goes from one offset from the data to another, or stays.
 class Mirror {
   public:
-    Mirror(Flip flip, const ImageBuffer& image, const Rect& r) {
-        const bool horizontal = flip == PxbFliphorizontal;
-        const Int bytes = kPixelBytes[image.format], stride = image.stride;
-        if (horizontal && image.format == PXB_RGB8) return;
-        const Area luma = {0, stride, r.left, r.top, r.right - r.left, r.bottom};
-        if (!horizontal)
-            UpsideDown(luma, bytes);
-        else if (image.format == PXB_YUY2)
-            GroupsReversed(luma);
+    Mirror(Flip flip, const ImageBuffer& image, const Rect& r)
+        : across_(flip == PxbFliphorizontal) {
+        const Int bytes = BytesPerPixel(image.format), stride = image.stride;
+        const Int width = r.right - r.left;
+        if (across_ && image.format == PXB_RGB8) return;
+        const Area luma = {0, stride, r.left, r.top, width, r.bottom};
+        if (across_ && image.format == PXB_YUY2)
+            ReverseGroups(luma);
         else
-            Reversed(luma, bytes, luma.width);
-        end_of_luma_ = moves_.size();
-        if (!IsPlanar(image.format)) return;
+            Exchange(luma, bytes, width);
+        if (!Is420(image.format)) return;
         const Int u = stride * image.height,
-                  v = u + (horizontal ? image.height / 2 * (stride / 2) : u / 4);
-        for (const Int plane : {u, v}) {
-            Area chroma = {plane,     stride / 2,     r.left / 2,
-                           r.top / 2, luma.width / 2, r.top / 2 + (r.bottom - r.top) / 2};
-            if (!horizontal) {
-                UpsideDown(chroma, 1);
-            } else {
-                chroma.width = r.right / 2 - r.left / 2;
-                Reversed(chroma, 1, luma.width / 4);
-            }
-        }
+                  v = u + (across_ ? image.height / 2 * (stride / 2) : u / 4);
+        const Int chroma_width = across_ ? r.right / 2 - r.left / 2 : width / 2;
+        for (const Int plane : {u, v})
+            Exchange({plane, stride / 2, r.left / 2, r.top / 2, chroma_width,
+                      r.top / 2 + (r.bottom - r.top) / 2},
+                     1, width / 4);
     }
 
     Visited WhatIsVisited() const {
         Visited visited;
-        for (std::size_t i = 0; i < moves_.size(); ++i)
-            (i < end_of_luma_ ? visited.luma : visited.chroma).Add(moves_[i].to, moves_[i].bytes);
+        for (const Move& move : moves_) visited.luma.Add(move.to, move.bytes);
         return visited;
     }
 
@@ -64,29 +46,28 @@ class Mirror {
         if (all.IsEmpty()) return;
         const std::vector<Byte> before(data + all.first, data + all.end);
         for (const Move& move : moves_)
-            std::memcpy(data + move.to, before.data() + (move.from - all.first),
-                        static_cast<std::size_t>(move.bytes));
+            std::copy_n(before.begin() + (move.from - all.first), move.bytes, data + move.to);
     }
 
   private:
+    struct Move {
+        Int to, from, bytes;
+    };
     struct Area {
         Int plane, stride, left, top, width, bottom;
         Int At(Int x, Int y, Int bytes) const { return plane + y * stride + (left + x) * bytes; }
     };
-    void UpsideDown(const Area& a, Int bytes) {
-        for (Int y = a.top; y < a.bottom; ++y)
-            moves_.push_back(
-                {a.At(0, y, bytes), a.At(0, a.top + a.bottom - 1 - y, bytes), a.width * bytes});
-    }
-    // The first `count` pixels with the last ones; what is between stays.
-    void Reversed(const Area& a, Int bytes, Int count) {
+    // Rows, or in each row the first `count` pixels with the last ones.
+    void Exchange(const Area& a, Int bytes, Int count) {
         for (Int y = a.top; y < a.bottom; ++y)
             for (Int x = 0; x < a.width; ++x) {
-                const Int from = x < count || x >= a.width - count ? a.width - 1 - x : x;
-                moves_.push_back({a.At(x, y, bytes), a.At(from, y, bytes), bytes});
+                const bool moves = across_ && (x < count || x >= a.width - count);
+                const Int from_x = moves ? a.width - 1 - x : x;
+                const Int from_y = across_ ? y : a.top + a.bottom - 1 - y;
+                moves_.push_back({a.At(x, y, bytes), a.At(from_x, from_y, bytes), bytes});
             }
     }
-    void GroupsReversed(const Area& a) {
+    void ReverseGroups(const Area& a) {
         for (Int y = a.top; y < a.bottom; ++y)
             for (Int x = 0; x < a.width; x += 2) {
                 const Int to = a.At(x, y, 2), from = a.At(a.width - 2 - x, y, 2);
@@ -96,8 +77,8 @@ class Mirror {
             }
     }
 
+    const bool across_;
     std::vector<Move> moves_;
-    std::size_t end_of_luma_ = 0;
 };
 
 bool Handles(Flip flip, const ImageBuffer& image, const Rect& r) {
@@ -109,32 +90,26 @@ bool Handles(Flip flip, const ImageBuffer& image, const Rect& r) {
 class FlipTrial : private Trial {
   public:
     // The record comes without data. Mirrors `rect` or, where it is null, the whole image, both ways
-    // and in all variants; and twice, which restores it.
+    // and in all variants.
     void Run(ImageBuffer image, const Rect* rect) {
-        image.bitsPerPixel = 8 * kPixelBytes[image.format];
         const Rect r = rect ? *rect : Rect{0, 0, image.width, image.height};
         for (const Flip flip : {PxbFliphorizontal, PxbFlipvertical}) {
             if (!Handles(flip, image, r)) continue;
-            SCOPED_TRACE(testing::Message()
-                         << (flip == PxbFliphorizontal ? "horizontal " : "vertical ")
-                         << kFormatNames[image.format] << " " << image.width << " x "
-                         << image.height << ", stride " << image.stride << ": " << r.left << " "
-                         << r.top << " " << r.right << " " << r.bottom);
             const Mirror mirror(flip, image, r);
             Place(image, dst_memory, mirror.WhatIsVisited(),
                   ++number_ % 2 ? Placement::kFront : Placement::kBack);
-            const Reference nothing = [](auto&&...) {};
-            const Reference once = [&](const ImageBuffer& expected, const ImageBuffer&) {
+            const auto model = [&](const ImageBuffer& expected, auto&&) {
                 mirror.Apply(expected.data);
             };
-            const auto call = [&](ImageBuffer* dst, auto&&...) { return flip(dst, rect); };
+            const auto call = [&](ImageBuffer* dst, auto&&) { return flip(dst, rect); };
             for (const Variant& variant : variants_) {
                 const ForcedProcessor forced(variant.words);
-                ASSERT_TRUE(Compare(image, image, once, call)) << variant.name;
+                ASSERT_TRUE(Compare(image, image, model, call))
+                    << variant.name << (flip == PxbFliphorizontal ? " horizontal " : " vertical ")
+                    << kFormatNames[image.format] << " " << image.width << " x " << image.height
+                    << ", stride " << image.stride << ": " << r.left << " " << r.top << " "
+                    << r.right << " " << r.bottom;
             }
-            ASSERT_TRUE(Compare(image, image, nothing, [&](ImageBuffer* dst, auto&&...) {
-                return call(dst) + call(dst);
-            })) << "twice";
         }
     }
 
@@ -142,11 +117,6 @@ class FlipTrial : private Trial {
     const std::vector<Variant> variants_ = RunnableVariants();
     int number_ = 0;
 };
-
-ImageBuffer Shaped(int format, Size size, int padding, bool bottom_up = false) {
-    const int stride = kPixelBytes[format] * size.width + padding;
-    return {nullptr, 0, bottom_up ? -stride : stride, size.width, size.height, format, nullptr};
-}
 
 TEST(Flip, MirrorsAsWorkedOutByHand) {
     constexpr struct {
@@ -157,27 +127,16 @@ TEST(Flip, MirrorsAsWorkedOutByHand) {
         {PXB_RGB24, {3, 1}, "bgrBGRxyz", "xyzBGRbgr", "bgrBGRxyz"},
         {PXB_RGB32, {1, 3}, "abcdefghijkl", "abcdefghijkl", "ijklefghabcd"},
         {PXB_YUY2, {4, 1}, "aubvcxdy", "dxcybuav", "aubvcxdy"},
-        {PXB_YUY2,
-         {6, 2},
-         "aubvcxdyeXfYAUBVCXDYEPFQ",
-         "fXeYcxdybuavFPEQCXDYBUAV",
-         "AUBVCXDYEPFQaubvcxdyeXfY"},
         {PXB_RGB8, {3, 2}, "abcdef", "abcdef", "defabc"},
-        {PXB_YUV422, {2, 2}, "abcdefgh", "abcdefgh", "efghabcd"},
+        {PXB_YUV422, {4, 2}, "abcdefgh", "abcdefgh", "efghabcd"},
         {PXB_I420, {4, 2}, "abcdefghuvUV", "dcbahgfevuVU", "efghabcduvUV"},
         {PXB_YV12, {2, 4}, "abcdefghuvUV", "badcfehguvUV", "ghefcdabvuVU"},
     };
     for (const auto& c : kCases)
         for (const Flip flip : {PxbFliphorizontal, PxbFlipvertical}) {
             std::string bytes = c.before;
-            const int pixel = kPixelBytes[c.format];
-            ImageBuffer image = {reinterpret_cast<Byte*>(bytes.data()),
-                                 8 * pixel,
-                                 pixel * c.size.width,
-                                 c.size.width,
-                                 c.size.height,
-                                 c.format,
-                                 nullptr};
+            ImageBuffer image = Describe(c.format, c.size);
+            image.data = reinterpret_cast<Byte*>(bytes.data());
             flip(&image, nullptr);
             EXPECT_EQ(bytes, flip == PxbFliphorizontal ? c.left_to_right : c.upside_down)
                 << kFormatNames[c.format];
@@ -189,13 +148,12 @@ TEST(Flip, MirrorsEveryRectangleOfSmallImages) {
     for (int format = PXB_RGB24; format <= PXB_YUV422; ++format)
         for (const Size size : {Size{1, 1}, {2, 3}, {3, 2}, {5, 4}, {6, 5}, {7, 2}, {9, 3}}) {
             if (!kThorough && size.width > 5) continue;
-            const ImageBuffer image = Shaped(format, size, size.width % 3 + size.height % 2);
+            const ImageBuffer image = Describe(format, size, size.width % 3 + size.height % 2);
             for (Rect r = {}; r.left < size.width; ++r.left)
                 for (r.right = r.left + 1; r.right <= size.width; ++r.right)
                     for (r.top = 0; r.top < size.height; ++r.top)
                         for (r.bottom = r.top + 1; r.bottom <= size.height; ++r.bottom) {
-                            trial.Run(image, &r);
-                            if (testing::Test::HasFatalFailure()) return;
+                            ASSERT_NO_FATAL_FAILURE(trial.Run(image, &r));
                         }
         }
 }
@@ -205,12 +163,13 @@ TEST(Flip, MirrorsWideRows) {
     FlipTrial trial;
     for (int format = PXB_RGB24; format <= PXB_YUV422; ++format)
         for (int width = 1; width <= 300; width += kThorough ? 1 : 7) {
-            const bool bottom_up = !IsPlanar(format) && width % 3 == 1;
-            trial.Run(Shaped(format, {width, 4}, width % 5, bottom_up), nullptr);
+            const bool bottom_up = !Is420(format) && width % 3 == 1;
+            ASSERT_NO_FATAL_FAILURE(
+                trial.Run(Describe(format, {width, 4}, width % 5, bottom_up), nullptr));
             const int left = format == PXB_YUY2 ? width % 4 * 2 : width % 7;
             const Rect rect = {left, 2, left + width, 4 + width % 2 * (format != PXB_YUY2)};
-            trial.Run(Shaped(format, {left + width + 3, 5}, width % 4, bottom_up), &rect);
-            if (testing::Test::HasFatalFailure()) return;
+            ASSERT_NO_FATAL_FAILURE(
+                trial.Run(Describe(format, {left + width + 3, 5}, width % 4, bottom_up), &rect));
         }
 }
 
@@ -232,7 +191,7 @@ TEST(Flip, MirrorsLargeImages) {
 }
 
 TEST(Flip, AnswersAndVisitsCompanionsInTheOrderOfItsChecks) {
-    constexpr Rect kInside = {2, 0, 4, 2}, kEmpty = {3, 1, 3, 2}, kAcross = {1, 2, 3, 2};
+    constexpr Rect kInside = {2, 0, 4, 2}, kEmpty[] = {{3, 1, 3, 2}, {1, 2, 3, 2}};
     constexpr Rect kOdd[] = {{1, 0, 4, 2}, {0, 1, 4, 4}, {0, 0, 3, 2}, {0, 0, 4, 3}};
     constexpr Rect kBad[] = {{0, -1, 4, 2}, {-1, 0, 4, 2}, {0, 0, 4, 5},
                              {0, 0, 7, 2},  {0, 3, 4, 2},  {3, 0, 2, 2}};
@@ -244,22 +203,21 @@ TEST(Flip, AnswersAndVisitsCompanionsInTheOrderOfItsChecks) {
         int32_t horizontal, vertical;
         bool visits_horizontal = true, visits_vertical = true;
     };
-    std::vector<Case> cases = {
-        {PXB_YUV422, 6, nullptr, true, kNot, kOk}, {PXB_YUV422, 6, &kInside, true, kNot, kOk},
-        {PXB_RGB8, 6, nullptr, true, kOk, kOk},    {PXB_YUY2, 6, &kInside, true, kOk, kOk},
-        {PXB_YUY2, 5, nullptr, true, 3, kOk},      {PXB_YUY2, -5, nullptr, true, 3, kOk},
-        {PXB_YUY2, 0, nullptr, true, kOk, kOk},    {PXB_RGB24, -6, nullptr, true, kOk, kOk},
-        {PXB_I420, -6, nullptr, true, kOk, kOk},   {PXB_YUY2, -6, nullptr, true, kOk, kOk},
-        {PXB_RGB24, 6, nullptr, true, kOk, kOk},   {PXB_RGB24, 0, nullptr, true, kOk, kOk},
-    };
+    std::vector<Case> cases = {{PXB_YUV422, 6, &kInside, true, kNot, kOk},
+                               {PXB_YUV422, 6, nullptr, true, kNot, kOk},
+                               {PXB_YUY2, 5, nullptr, true, 3, kOk},
+                               {PXB_YUY2, -5, nullptr, true, 3, kOk},
+                               {PXB_YUY2, 6, &kInside, true, kOk, kOk}};
+    for (const int format : {PXB_RGB24, PXB_RGB32, PXB_YUY2, PXB_I420, PXB_RGB8})
+        for (const int width : {6, 0, -6})
+            cases.push_back({format, width, nullptr, true, kOk, kOk});
     for (const int format : {0, 8, 9, 10, -1, INT32_MIN, INT32_MAX})
         for (const Rect* rect : {static_cast<const Rect*>(nullptr), &kInside})
             cases.push_back({format, 6, rect, true, kRefused, kRefused});
     for (int format = 0; format <= 10; ++format) {
         cases.push_back({format, 6, nullptr, false, kRefused, kRefused, false, false});
-        for (const Rect* empty : {&kEmpty, &kAcross})
-            for (const bool has_data : {false, true})
-                cases.push_back({format, 6, empty, has_data, kOk, kOk, false, false});
+        for (const Rect& empty : kEmpty)
+            cases.push_back({format, 6, &empty, format % 2 == 0, kOk, kOk, false, false});
         for (const Rect& bad : kBad)
             cases.push_back({format, 6, &bad, true, kRefused, kRefused, false, false});
     }
@@ -276,11 +234,8 @@ TEST(Flip, AnswersAndVisitsCompanionsInTheOrderOfItsChecks) {
             ImageBuffer image = {
                 c.has_data ? pixels.At(0, 2) : nullptr, 16, 16, c.width, 4, c.format, nullptr};
             EXPECT_EQ(flip(&image, c.rect), wanted);
-            if (wanted != kOk || c.width <= 0) {
-                EXPECT_FALSE(pixels.HasChanged());
-            }
+            EXPECT_TRUE(!pixels.HasChanged() || (wanted == kOk && c.width > 0));
             image.alpha = &companion.record;
-            companion.record.bitsPerPixel = 24;
             EXPECT_EQ(flip(&image, c.rect), visits ? kOk : wanted);
             EXPECT_EQ(companion.HasChanged(), visits);
             companion.record.format = PXB_NV12;  // whose refusal hides the image's own success
