@@ -88,20 +88,11 @@ std::vector<Size> SizesOf(const Row& row, std::span<const Size> asked) {
     return {asked.begin(), asked.end()};
 }
 
-namespace {
-
-Size SourceSize(const Task& task, Size destination) {
-    if (task.turned) return {destination.height, destination.width};
-    return {task.source.width ? task.source.width : destination.width,
-            task.source.height ? task.source.height : destination.height};
-}
-
-}  // namespace
-
 Scene::Scene(const Row& row, int width, int height, int place)
-    : src(row.source, SourceSize(row.task, {width, height}).width,
-          SourceSize(row.task, {width, height}).height, kOffsets[place][0]),
-      dst(row.destination, width, height, kOffsets[place][1]),
+    : src(row.source, row.task.source.width ? row.task.source.width : width,
+          row.task.source.height ? row.task.source.height : height, kOffsets[place][0]),
+      dst(row.destination, row.task.turned ? height : width, row.task.turned ? width : height,
+          kOffsets[place][1]),
       between(PXB_RGB32, width, height, 0) {}
 
 std::int32_t Run(const Row& row, Scene& scene) {

@@ -63,7 +63,7 @@ struct Task {
     // Where the task also reads the destination: puts there what it finds in a run whose result is
     // compared. Otherwise every byte is written.
     std::function<void(Scene&)> begin;
-    bool turned = false;  // the source has the destination's size with width and height exchanged
+    bool turned = false;  // the destination has the source's width as its height
 };
 
 struct Row {
@@ -80,7 +80,8 @@ std::span<const Row> Rows();
 // The sizes at which a row is measured, given those asked for.
 std::vector<Size> SizesOf(const Row& row, std::span<const Size> asked);
 
-// The images of one row at one place in memory. Width and height are the destination's.
+// The images of one row at one place in memory. Width and height are the destination's, or
+// of a task that turns the source's.
 struct Scene {
     Scene(const Row& row, int width, int height, int place);
     static constexpr int kPlaces = 3;
