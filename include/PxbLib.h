@@ -342,6 +342,7 @@ PXB_API int32_t PXB_CALL PxbResize(ImageBuffer* dst, const ImageBuffer* src, con
  * YV12 and I420: the chroma of a rectangle is (right - left) / 2 samples wide, (bottom - top) / 2
  * high, and begins at sample left / 2 of chroma row top / 2. YUY2: an odd left edge is allowed and
  * begins with the second half of a pair, whose V is then taken for U; give even ones.
+ * Images of pixels: the left edges of both rectangles count `dst->bitsPerPixel` bits a column.
  *
  * PXB_BAD_ARGUMENT  the formats differ; `dst->data` is null; `src->data` is null; `dstRect` does
  *                   not lie in `dst`; `srcRect` does not lie in `src`; the format is AYUV32, NV12
