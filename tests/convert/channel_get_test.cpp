@@ -115,39 +115,32 @@ TEST(ChannelGet, LumaOfEveryFormatThatConverts) {
     }
 }
 
-TEST(ChannelGet, ImagesWithoutPixelsGiveNone) {
+// Sizes without pixels, and of channel 5 those that no image has.
+TEST(ChannelGet, SizesThatGiveNothing) {
     std::vector<Byte> pixels = Noise(64, 7), out(64, 77);
     ImageBuffer dst = {out.data(), 8, 4, 4, 4, 0, nullptr};
+    const auto expect_nothing = [&](int format, int channel, Size size) {
+        const ImageBuffer src = {pixels.data(), 0, 16, size.width, size.height, format, nullptr};
+        EXPECT_EQ(PxbChannelGet(&dst, &src, channel), PXB_SUCCESS);
+        ASSERT_EQ(out, std::vector<Byte>(64, 77))
+            << "channel " << channel << ", " << size.width << " x " << size.height;
+    };
     const int live = LiveAllocations();
     for (const Variant& variant : RunnableVariants()) {
         const ForcedProcessor forced(variant.words);
         for (const PixelFormat format : {PXB_RGB24, PXB_RGB32})
             for (const int channel : {1, 5})
                 for (const Size size : {Size{0, 4}, Size{4, 0}, Size{-4, 4}, Size{4, -4},
-                                        Size{-4, -4}, Size{INT32_MIN, 4}, Size{4, INT32_MIN}}) {
-                    const ImageBuffer src = {pixels.data(), 0,      16,     size.width,
-                                             size.height,   format, nullptr};
-                    EXPECT_EQ(PxbChannelGet(&dst, &src, channel), PXB_SUCCESS);
-                    ASSERT_EQ(out, std::vector<Byte>(64, 77))
-                        << "channel " << channel << ", " << size.width << " x " << size.height;
-                }
+                                        Size{-4, -4}, Size{INT32_MIN, 4}, Size{4, INT32_MIN}})
+                    expect_nothing(format, channel, size);
     }
-    EXPECT_EQ(LiveAllocations(), live);
-}
-
-TEST(ChannelGet, LumaWithoutMemoryIsSilent) {
-    std::vector<Byte> pixels = Noise(64, 6), out(64, 77);
-    ImageBuffer dst = {out.data(), 8, 4, 4, 4, 0, nullptr};
-    ImageBuffer src = {pixels.data(), 0, 16, 3, 3, PXB_RGB32, nullptr};
+    expect_nothing(PXB_RGB32, 5, {1 << 17, 1 << 17});
+    expect_nothing(PXB_RGB32, 5, {0, INT32_MAX - 1});
     {
         const FailingAllocation failing(0);
-        EXPECT_EQ(PxbChannelGet(&dst, &src, 5), PXB_SUCCESS);
+        expect_nothing(PXB_RGB32, 5, {3, 3});
     }
-    src.width = src.height = 1 << 17;
-    EXPECT_EQ(PxbChannelGet(&dst, &src, 5), PXB_SUCCESS);
-    src.width = 0, src.height = INT32_MAX - 1;
-    EXPECT_EQ(PxbChannelGet(&dst, &src, 5), PXB_SUCCESS);
-    EXPECT_EQ(out, std::vector<Byte>(64, 77));
+    EXPECT_EQ(LiveAllocations(), live);
 }
 
 }  // namespace

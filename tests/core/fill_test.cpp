@@ -9,16 +9,14 @@
 namespace pxb::test {
 namespace {
 
+// The top byte of a code has no effect.
 constexpr struct Color {
     std::uint32_t code;
     Byte r, g, b, y, u, v, grey;
 } kColors[] = {
-    {0x000000, 0, 0, 0, 16, 128, 128, 0},
-    {0xFFFFFF, 255, 255, 255, 235, 128, 128, 255},
-    {0x0000FF, 255, 0, 0, 81, 90, 239, 85},
-    {0x00FF00, 0, 255, 0, 144, 53, 34, 85},
-    {0xFF0000, 0, 0, 255, 40, 239, 109, 85},
-    {0xAB332211, 0x11, 0x22, 0x33, 42, 137, 119, 34},  // the top byte has no effect
+    {0x000000, 0, 0, 0, 16, 128, 128, 0},    {0xFFFFFF, 255, 255, 255, 235, 128, 128, 255},
+    {0x0000FF, 255, 0, 0, 81, 90, 239, 85},  {0x00FF00, 0, 255, 0, 144, 53, 34, 85},
+    {0xFF0000, 0, 0, 255, 40, 239, 109, 85}, {0xAB352211, 0x11, 0x22, 0x35, 42, 138, 119, 34},
 };
 
 struct Layout {
