@@ -66,7 +66,6 @@ void Mirror() {
     for (int format = PXB_RGB24; format <= PXB_YUV422; ++format) {
         SCOPED_TRACE(kFormatNames[format]);
         Image image(format, {210, 6}, 1);
-        image.record.bitsPerPixel = 8 * BytesPerPixel(format);
         EXPECT_EQ(PXB_CALL_OLD(PxbFliphorizontal, &image.record, &kRect),
                   format == PXB_YUV422 ? PXB_UNSUPPORTED : PXB_SUCCESS);
         EXPECT_EQ(PXB_CALL_OLD(PxbFlipvertical, &image.record, nullptr), PXB_SUCCESS);
@@ -79,7 +78,6 @@ void Turn() {
         for (const int angle : {30, 90, 180, 270}) {
             SCOPED_TRACE(testing::Message() << kFormatNames[format] << ", angle " << angle);
             Image src(format, {140, 140}, 1), dst(format, {140, 140}, 2);
-            src.record.bitsPerPixel = dst.record.bitsPerPixel = 8 * BytesPerPixel(format);
             EXPECT_EQ(PXB_CALL_OLD(PxbRotate, &dst.record, &src.record, angle), PXB_SUCCESS);
             EXPECT_EQ(dst.HasChanged(), format != PXB_I420 || angle != 30);
         }
@@ -102,7 +100,6 @@ void Resize() {
             for (const Size size : {Size{140, 4}, Size{430, 8}}) {
                 SCOPED_TRACE(testing::Message() << kFormatNames[format] << ", mode " << mode);
                 Image src(format, kSize, 1), dst(format, size, 2);
-                src.record.bitsPerPixel = dst.record.bitsPerPixel = 8 * BytesPerPixel(format);
                 EXPECT_EQ(PXB_CALL_OLD(PxbResize, &dst.record, &src.record, &mode), PXB_SUCCESS);
                 const Rect part = {0, 0, size.width - 4, size.height};
                 EXPECT_EQ(

@@ -9,18 +9,12 @@ namespace {
 
 constexpr int kResized[] = {PXB_RGB24, PXB_RGB32, PXB_YV12, PXB_YUY2, PXB_I420, PXB_RGB8};
 
-Image WithBits(int format, Size size, std::uint32_t seed) {
-    Image image(format, size, seed);
-    image.record.bitsPerPixel = 8 * BytesPerPixel(format);
-    return image;
-}
-
 TEST(Resize, WritesNothingWithoutMemory) {
     for (const int format : kResized)
         for (const std::int32_t mode : {0, 1, 2, 6}) {
             SCOPED_TRACE(testing::Message() << kFormatNames[format] << ", mode " << mode);
-            const Image src = WithBits(format, {60, 40}, 1);
-            Image dst = WithBits(format, {34, 22}, 2);
+            const Image src(format, {60, 40}, 1);
+            Image dst(format, {34, 22}, 2);
             const int live = LiveAllocations();
             bool wrote = false;
             for (int number = 0; number < 4 && !wrote; ++number) {
@@ -38,7 +32,7 @@ TEST(Resize, WritesNothingWithoutPixels) {
     for (const int format : kResized)
         for (const int extent : {0, -1, INT32_MIN})
             for (int field = 0; field < 4; ++field) {
-                Image src = WithBits(format, {60, 40}, 1), dst = WithBits(format, {34, 22}, 2);
+                Image src(format, {60, 40}, 1), dst(format, {34, 22}, 2);
                 (field < 2 ? src : dst).record.*
                     (field % 2 ? &ImageBuffer::width : &ImageBuffer::height) = extent;
                 for (const std::int32_t mode : {0, 1, 2, 3, 6})
@@ -46,7 +40,7 @@ TEST(Resize, WritesNothingWithoutPixels) {
                 EXPECT_FALSE(dst.HasChanged()) << kFormatNames[format] << ", field " << field;
             }
     for (const int format : {PXB_YV12, PXB_I420}) {
-        Image src = WithBits(format, {60, 40}, 1), dst = WithBits(format, {34, 22}, 2);
+        Image src(format, {60, 40}, 1), dst(format, {34, 22}, 2);
         src.record.stride = -src.record.stride;
         const std::int32_t mode = 1;
         EXPECT_EQ(PxbResize(&dst.record, &src.record, &mode), PXB_SUCCESS);

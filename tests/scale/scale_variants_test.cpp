@@ -28,7 +28,6 @@ std::vector<Sizes> SizesToTry() {
 
 Image Scaled(int format, int mode, const Sizes& sizes) {
     Image src(format, sizes.from, 7), dst(format, sizes.to, 9);
-    src.record.bitsPerPixel = dst.record.bitsPerPixel = 8 * BytesPerPixel(format);
     EXPECT_EQ(PxbResize(&dst.record, &src.record, &mode), PXB_SUCCESS);
     EXPECT_FALSE(src.HasChanged());
     return dst;
