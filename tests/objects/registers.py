@@ -25,12 +25,9 @@ _RULES_32 = {
     "avx512": (("xmm", "ymm", "zmm", "k"), _LATER_THAN_AVX512),
 }
 # On 64 bits SSE2 belongs to the baseline, and some compilers turn MMX into SSE2.
-_RULES_64 = {
+_RULES_64 = _RULES_32 | {
     "baseline": (("xmm",), _LATER_THAN_SSE2),
     "mmx": (("mm", "xmm"), _LATER_THAN_SSE2),
-    "sse2": (("xmm",), _LATER_THAN_SSE2),
-    "avx2": (("xmm", "ymm"), _LATER_THAN_AVX2),
-    "avx512": (("xmm", "ymm", "zmm", "k"), _LATER_THAN_AVX512),
 }
 
 
