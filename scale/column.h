@@ -13,7 +13,7 @@ namespace pxb {
 // and this byte takes the `nth`.
 struct ByteOfGroup {
     Byte table, each, nth, unit;
-    std::int8_t channel;
+    std::int16_t channel;
 };
 
 // Always 0: the byte before the row, whatever the point.

@@ -72,7 +72,7 @@ PixelLayout LayoutOfPixels(int src_bytes, int dst_bytes) {
     PixelLayout layout = {static_cast<Byte>(dst_bytes), dst_bytes > src_bytes, {}};
     for (int k = 0; k < dst_bytes; ++k)
         layout.bytes[k] = k < src_bytes ? ByteOfGroup{0, 1, 0, static_cast<Byte>(src_bytes),
-                                                      static_cast<std::int8_t>(k)}
+                                                      static_cast<std::int16_t>(k)}
                                         : kZeroByte;
     return layout;
 }

@@ -20,6 +20,7 @@ class BlendAcross {
   public:
     PXB_INLINE BlendAcross(const ScaleJob& job, Scratch scratch)
         : columns_(TakeBlendColumns(scratch, job)), bytes_(job.dst_row_bytes) {}
+    // NOLINTNEXTLINE(readability-convert-member-functions-to-static): others do need the object
     PXB_INLINE bool TakeBoth(Byte*, const Byte*, const Byte*, int, std::ptrdiff_t) const {
         return false;
     }

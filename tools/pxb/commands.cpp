@@ -148,13 +148,13 @@ void ExtractChannel(const InputOptions& from, const OutputOptions& to, int chann
     writer.Commit();
 }
 
-void BlendOver(const InputOptions& background, const OverlayOptions& options,
+void BlendOver(const InputOptions& background, const OverlayOptions& overlay,
                const OutputOptions& to) {
     FrameWriter writer(to);
-    Overlay overlay(options);
+    Overlay logo(overlay);
     ForFrames(background, writer,
               [&](const std::string& file, const Video& video, const Picture& picture) {
-                  writer.WriteConverted(file, video, overlay.Over(file, picture));
+                  writer.WriteConverted(file, video, logo.Over(file, picture));
               });
     writer.Commit();
 }
