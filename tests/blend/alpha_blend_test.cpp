@@ -74,8 +74,8 @@ std::int32_t Blend(const Job& job, ImageBuffer* dst, const ImageBuffer* src,
     return PxbAlphaBlend(dst, src, job.has_plane ? alpha : nullptr, &to, &from);
 }
 
-// The samples of pixel p of 2^16 are p % 256 and p / 256; 4:2:0: those of a block of four pixels, of
-// which the odd ones have another alpha.
+// The samples of pixel p of 2^16 are p % 256 and p / 256; 4:2:0: those of a block of four pixels,
+// of which the odd ones have another alpha.
 void ExpectEveryValue(const Job& job) {
     const int scale = Is420(job.format) ? 2 : 1, side = 256 * scale;
     const Area all = {side, side, 0, 0, 0, 0};

@@ -46,7 +46,7 @@ class Mirror {
         if (all.IsEmpty()) return;
         const std::vector<Byte> before(data + all.first, data + all.end);
         for (const Move& move : moves_)
-            std::copy_n(before.begin() + (move.from - all.first), move.bytes, data + move.to);
+            std::copy_n(before.data() + (move.from - all.first), move.bytes, data + move.to);
     }
 
   private:
@@ -89,8 +89,8 @@ bool Handles(Flip flip, const ImageBuffer& image, const Rect& r) {
 
 class FlipTrial : private Trial {
   public:
-    // The record comes without data. Mirrors `rect` or, where it is null, the whole image, both ways
-    // and in all variants.
+    // The record comes without data. Mirrors `rect` or, where it is null, the whole image, both
+    // ways and in all variants.
     void Run(ImageBuffer image, const Rect* rect) {
         const Rect r = rect ? *rect : Rect{0, 0, image.width, image.height};
         for (const Flip flip : {PxbFliphorizontal, PxbFlipvertical}) {
