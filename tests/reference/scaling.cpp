@@ -2,10 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <numeric>
 #include <vector>
-
-#include "soft_double.h"
 
 namespace {
 
@@ -33,44 +32,45 @@ struct Entry {
     std::array<int, 4> weights = {};
 };
 
-const SoftDouble kTiny = SoftDouble::Of(1e-9), kRound = SoftDouble(1).Half();
+constexpr double kTiny = 1e-9;
 
-int Weight(const SoftDouble& fraction) {
-    return static_cast<int>((fraction * 255 + kRound).Truncated());
+int Weight(double fraction) {
+    return static_cast<int>(fraction * 255 + 0.5);
 }
 
-Entry Nearest(const SoftDouble& position, Int extent) {
-    return {Entry::kAlone, std::clamp<Int>((position + kTiny).Truncated(), 0, extent - 1)};
+Entry Nearest(double position, Int extent) {
+    return {Entry::kAlone, std::clamp<Int>(static_cast<Int>(position + kTiny), 0, extent - 1)};
 }
 
-Entry Interior(const SoftDouble& position, Int index) {
-    const SoftDouble fraction = position - SoftDouble(index);
-    return {Entry::kBlend, index, {SoftDouble(0) < fraction ? Weight(fraction) : 0}};
+Entry Interior(double position, Int index) {
+    const double fraction = position - static_cast<double>(index);
+    return {Entry::kBlend, index, {0 < fraction ? Weight(fraction) : 0}};
 }
 
 // In rows of 24-bit pixels (`tight`) the last two columns are the trailing edge.
-Entry Bilinear(const SoftDouble& position, const SoftDouble& step, Int extent, bool tight) {
-    const Int last = extent - 1, index = (position + kTiny).Truncated();
+Entry Bilinear(double position, double step, Int extent, bool tight) {
+    const Int last = extent - 1, index = static_cast<Int>(position + kTiny);
     if (position < -step || index < 0) return {Entry::kAlone, 0};
-    if (SoftDouble(last) + step < position || index >= last - tight) return {Entry::kAlone, last};
+    if (static_cast<double>(last) + step < position || index >= last - tight)
+        return {Entry::kAlone, last};
     return Interior(position, index);
 }
 
-Entry Fading(const SoftDouble& position, const SoftDouble& step, Int extent) {
-    const SoftDouble last(extent - 1);
-    const Int index = (position + kTiny).Truncated();
+Entry Fading(double position, double step, Int extent) {
+    const auto last = static_cast<double>(extent - 1);
+    const Int index = static_cast<Int>(position + kTiny);
     if (position < -step) return {Entry::kFade, 0, {0}};
     if (last + step < position) return {Entry::kFade, extent - 1, {0}};
-    if (position < SoftDouble(0)) return {Entry::kFade, 0, {Weight((position + step) / step)}};
+    if (position < 0) return {Entry::kFade, 0, {Weight((position + step) / step)}};
     if (index < extent - 1) return Interior(position, index);
     return {Entry::kFade, extent - 1, {std::max(255 - Weight((position - last) / step), 0)}};
 }
 
 // The weights of the cubic B-spline at a fraction t. Their sixfolds are exact at whole positions,
 // where two of them lie half-way between two numbers; nowhere else does rounding of t matter.
-Entry Spline(const SoftDouble& position) {
-    const Int first = (position + kTiny).Floor();
-    double t = (position - SoftDouble(first)).Hard();
+Entry Spline(double position) {
+    const Int first = static_cast<Int>(std::floor(position + kTiny));
+    double t = position - static_cast<double>(first);
     if (std::abs(t) < 1e-9) t = 0;
     const double s = 1 - t, sixfold[] = {s * s * s, 4 - 3 * t * t * (2 - t),
                                          4 - 3 * s * s * (2 - s), t * t * t};
@@ -83,10 +83,10 @@ Entry Spline(const SoftDouble& position) {
 
 std::vector<Entry> Axis(Method method, Int count, Int extent, bool tight = false) {
     std::vector<Entry> axis;
-    const SoftDouble step = SoftDouble(extent) / SoftDouble(count), half = step.Half();
-    SoftDouble position = half;
-    if (method == Method::kBilinear || method == Method::kFading) position = half - kRound;
-    if (method == Method::kSpline) position = half - SoftDouble(3).Half();
+    const double step = static_cast<double>(extent) / static_cast<double>(count), half = step / 2;
+    double position = half;
+    if (method == Method::kBilinear || method == Method::kFading) position = half - 0.5;
+    if (method == Method::kSpline) position = half - 1.5;
     for (Int i = 0; i < count; ++i, position = position + step) {
         if (method == Method::kNearest) axis.push_back(Nearest(position, extent));
         if (method == Method::kBilinear) axis.push_back(Bilinear(position, step, extent, tight));

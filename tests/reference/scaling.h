@@ -1,5 +1,5 @@
 // A second opinion on scaling, for comparison with the library: byte by byte, positions as literal
-// sums of doubles that are made of integers.
+// sums of doubles. The floating-point unit must round doubles to nearest at every step.
 #pragma once
 #include <PxbLib.h>
 

@@ -6,6 +6,7 @@
 #include <optional>
 #include <random>
 
+#include "core/float_guard.h"
 #include "scaling.h"
 #include "support/effort.h"
 #include "support/float_environment.h"
@@ -31,9 +32,6 @@ constexpr Layout kOddLayouts[] = {
     {PXB_RGB24, -24, 24}, {PXB_RGB32, 40, 40}, {PXB_RGB8, 32, 8},
 };
 
-bool IsPlanar(int format) {
-    return format == PXB_YV12 || format == PXB_I420;
-}
 // Null where no mode is read.
 const std::int32_t* ModeFor(int format, const std::int32_t& mode) {
     return format == PXB_YUY2 ? nullptr : &mode;
@@ -56,7 +54,7 @@ Visited VisitedBy(const Side& side, Int bytes, Int bits_of_column) {
     Visited visited;
     for (Int y = rect.top; y < rect.bottom; ++y)
         visited.luma.Add(y * stride + bits_of_column * rect.left / 8, width * bytes);
-    for (Int y = rect.top / 2; IsPlanar(image.format) && y < rect.top / 2 + height / 2; ++y)
+    for (Int y = rect.top / 2; Is420(image.format) && y < rect.top / 2 + height / 2; ++y)
         for (const Int plane : {luma, luma + luma / 4})
             visited.chroma.Add(plane + y * half + rect.left / 2, width / 2);
     return visited;
@@ -82,7 +80,7 @@ class Shapes {
         return std::clamp(choices[Random(6)], 1, most);
     }
     Side Around(int format, int bits, int bytes, Size size, bool bottom_up) {
-        const bool is_flat = IsPlanar(format) && (size.width + 12) * (size.height + 5) > 5400;
+        const bool is_flat = Is420(format) && (size.width + 12) * (size.height + 5) > 5400;
         const bool whole = is_flat || Random(2) == 0;
         const int left = whole ? 0 : Random(4), top = whole ? 0 : Random(4);
         const int right = left + size.width, bottom = top + size.height;
@@ -103,7 +101,7 @@ class ResizeTrial : private Trial {
     void Run(const Layout& layout, std::int32_t mode) {
         const int dst_bytes = BytesOf(layout.format, layout.dst_bits);
         const int src_bytes = BytesOf(layout.format, layout.src_bits);
-        const bool planar = IsPlanar(layout.format);
+        const bool planar = Is420(layout.format);
         const int dst_columns = Shapes::MostColumns(planar, dst_bytes);
         const int src_columns = Shapes::MostColumns(planar, src_bytes);
         const int width = shapes_.Width(dst_columns);
@@ -127,6 +125,7 @@ class ResizeTrial : private Trial {
                 return rectangles ? PxbResizeEx(d, s, wanted, to, from) : PxbResize(d, s, wanted);
             });
         const auto reference = [&](const ImageBuffer& d, const ImageBuffer& s) {
+            const FloatGuard guard;
             rectangles ? ResizeExByReference(d, s, wanted, to, from)
                        : ResizeByReference(d, s, wanted);
         };
@@ -138,7 +137,7 @@ class ResizeTrial : private Trial {
 
   private:
     static int BytesOf(int format, int bits) {
-        return format == PXB_YUY2 ? 2 : std::max(1, IsPlanar(format) ? 1 : bits / 8);
+        return format == PXB_YUY2 ? 2 : std::max(1, Is420(format) ? 1 : bits / 8);
     }
     static std::string Describe(const Side& side) {
         const auto& [left, top, right, bottom] = side.rect;
@@ -152,7 +151,7 @@ class ResizeTrial : private Trial {
         for (Side* side : {&dst, &src}) {
             const bool is_dst = side == &dst;
             const Int bits = side->record.format == PXB_YUY2 ? 16
-                             : IsPlanar(side->record.format) ? 8
+                             : Is420(side->record.format)    ? 8
                                                              : dst_bits;
             const auto visited = [&] {
                 return VisitedBy(*side, is_dst ? dst_bytes : src_bytes, bits);
@@ -201,6 +200,7 @@ Image ResizedByLibrary(const Image& src, Size size, std::int32_t mode) {
 
 Image ResizedByReference(const Image& src, Size size, std::int32_t mode) {
     Image dst(src.record.format, size, 2);
+    const FloatGuard guard;
     ResizeByReference(dst.record, src.record, &mode);
     return dst;
 }
@@ -232,6 +232,20 @@ TEST(Resize, KeepsToLiteralPositionsOnLongAxes) {
                 if (kThorough || (from.width + to.height + format + mode) % 7 == 0)
                     ExpectLikeReference(format, from, to, mode);
             }
+}
+
+// Where shuffles of every reach are needed, just not enough, or of no use.
+TEST(Resize, GivesTheBytesOfTheReferenceAtEveryRatio) {
+    for (int width = 2; width <= 150; width += width < 24 ? 2 : 14)
+        for (const int percent :
+             {30, 66, 67, 100, 149, 150, 151, 199, 200, 201, 300, 400, 500, 900})
+            for (const int format : {PXB_RGB24, PXB_RGB32, PXB_RGB8, PXB_YUY2})
+                for (const std::int32_t mode : {0, 1, 2, 6}) {
+                    if (format == PXB_YUY2 && mode != 1) continue;
+                    if (!kThorough && (width / 2 + percent + format + mode) % 9 != 0) continue;
+                    ExpectLikeReference(format, {std::max(2, width * percent / 100), 8},
+                                        {width, percent < 100 ? 20 : 5}, mode);
+                }
 }
 
 TEST(Resize, EnvironmentOfTheCallerDoesNotMatter) {
@@ -275,21 +289,18 @@ std::int32_t Answer(const ResizeCall& c, bool extended, const std::int32_t* mode
         const auto run = [&](bool reference, std::vector<Byte>& bytes) {
             bytes = Noise(4000, 3);
             const auto record = [&](int at, int format, Size size, bool data, ImageBuffer* alpha) {
-                return ImageBuffer{data ? &bytes[at] : nullptr,
-                                   BitsOf(format),
-                                   4 * 12,
-                                   size.width,
-                                   size.height,
-                                   format,
-                                   alpha};
+                Byte* const first = data ? &bytes[at] : nullptr;
+                const auto [width, height] = size;
+                return ImageBuffer{first, BitsOf(format), 48, width, height, format, alpha};
             };
             ImageBuffer dst_alpha = record(1000, PXB_RGB8, {8, 6}, true, nullptr);
             ImageBuffer src_alpha = record(3000, PXB_RGB8, {12, 10}, true, nullptr);
             ImageBuffer dst =
                 record(0, c.dst_format, c.dst, c.has_dst, companions ? &dst_alpha : nullptr);
             const ImageBuffer src = record(2000, c.src_format, c.src, c.has_src, &src_alpha);
-            const Rect *const to = c.to ? &*c.to : nullptr, *const from =
-                                                                c.from ? &*c.from : nullptr;
+            const Rect* const to = c.to ? &*c.to : nullptr;
+            const Rect* const from = c.from ? &*c.from : nullptr;
+            const FloatGuard guard;
             if (reference)
                 return extended ? ResizeExByReference(dst, src, mode, to, from)
                                 : ResizeByReference(dst, src, mode);

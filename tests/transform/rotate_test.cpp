@@ -119,15 +119,8 @@ class RotateTrial : private Trial {
 
 constexpr int kDepths[][2] = {{24, 24}, {32, 32}, {24, 32}, {32, 24}, {8, 8}};
 
-// Of the variants that some turn has.
-std::vector<Variant> Variants() {
-    std::vector<Variant> variants = RunnableVariants();
-    std::erase_if(variants, [](const Variant& variant) { return variant.words.features == kMmx; });
-    return variants;
-}
-
 TEST(Rotate, EveryWholeAngleAsTheReference) {
-    for (const Variant& variant : Variants()) {
+    for (const Variant& variant : RunnableVariants()) {
         SCOPED_TRACE(variant.name);
         const ForcedProcessor forced(variant.words);
         RotateTrial trial;
@@ -152,7 +145,7 @@ TEST(Rotate, EverySmallSizeAsTheReference) {
                                270, 300, 359, 360, 450, -180, 540};
     std::vector<Turn> turns;
     for (const int angle : kAngles) turns.push_back(TurnOf(angle));
-    for (const Variant& variant : Variants()) {
+    for (const Variant& variant : RunnableVariants()) {
         SCOPED_TRACE(variant.name);
         const ForcedProcessor forced(variant.words);
         RotateTrial trial;
@@ -173,7 +166,7 @@ TEST(Rotate, EverySmallSizeAsTheReference) {
 }
 
 TEST(Rotate, PlanarImagesAsTheReference) {
-    for (const Variant& variant : Variants()) {
+    for (const Variant& variant : RunnableVariants()) {
         SCOPED_TRACE(variant.name);
         const ForcedProcessor forced(variant.words);
         Trial trial;
@@ -208,7 +201,7 @@ TEST(Rotate, PlanarImagesAsTheReference) {
 
 // Coordinates that 32 bits of 16.16 cannot hold, and strides that 16 bits cannot.
 TEST(Rotate, LargeSourcesAsTheReference) {
-    for (const Variant& variant : Variants())
+    for (const Variant& variant : RunnableVariants())
         for (const int format : {PXB_RGB24, PXB_RGB32})
             for (const Size size : {Size{33000, 2}, Size{2, 33000}, Size{11000, 3}})
                 for (const int angle : {45, 90, 180, 359}) {
