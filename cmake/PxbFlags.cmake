@@ -9,6 +9,7 @@ if(PXB_SANITIZE)
         -fsanitize=${PXB_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer
         $<$<CXX_COMPILER_ID:Clang>:-fno-sanitize=function>)  # programs in C could not link it
     add_link_options(-fsanitize=${PXB_SANITIZE})
+    set(PXB_UNSANITIZED -fno-sanitize=all)  # for what takes longest to compile and risks nothing
 endif()
 
 if(CMAKE_SIZEOF_VOID_P EQUAL 4)

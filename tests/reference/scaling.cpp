@@ -35,7 +35,8 @@ struct Entry {
 constexpr double kTiny = 1e-9;
 
 int Weight(double fraction) {
-    return static_cast<int>(fraction * 255 + 0.5);
+    const double rounded = fraction * 255 + 0.5;
+    return static_cast<int>(rounded);
 }
 
 Entry Nearest(double position, Int extent) {
