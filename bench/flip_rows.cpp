@@ -18,11 +18,11 @@
 namespace pxb::bench {
 namespace {
 
-// Planes, of which only 4:2:0 has more than one.
-int PlaneCount(const Frame& frame) {
+// Planes, of which only 4:2:0 has more than one. Without other libraries nobody asks.
+[[maybe_unused]] int PlaneCount(const Frame& frame) {
     return frame.data[1] ? 3 : 1;
 }
-int RowsOfPlane(const Frame& frame, int plane) {
+[[maybe_unused]] int RowsOfPlane(const Frame& frame, int plane) {
     return plane ? frame.height() / 2 : frame.height();
 }
 
