@@ -50,6 +50,10 @@ Pair Divide(Pair a, double b) {
     return QuickSumOf(quotient, ((a.high - product.high) - product.low + a.low) / b);
 }
 
+double Magnitude(Pair a) {
+    return a.high < 0 ? -a.high : a.high;
+}
+
 }  // namespace
 
 PXB_NOINLINE void ComputeSineAndCosine(double radians, double* sine, double* cosine) {
@@ -64,7 +68,10 @@ PXB_NOINLINE void ComputeSineAndCosine(double radians, double* sine, double* cos
     rest = Add(rest, ProductOf(-count, kHalfPi[2]));
     rest = Add(rest, {-count * kHalfPi[3], 0});
 
-    constexpr int kTerms = 14;  // |rest| <= pi / 4: what follows is below 2^-110 of the sum
+    // |rest| <= pi / 4: what follows the last term is below 2^-110 of the sums. Near whole quarters
+    // that is so much earlier.
+    constexpr int kTerms = 14;
+    constexpr double kNothing = 0x1p-112;
     const Pair square = Multiply(rest, rest);
     Pair sine_term = rest, sine_sum = rest, cosine_term = {1, 0}, cosine_sum = {1, 0};
     for (int k = 1; k <= kTerms; ++k) {
@@ -72,6 +79,9 @@ PXB_NOINLINE void ComputeSineAndCosine(double radians, double* sine, double* cos
         sine_sum = Add(sine_sum, sine_term);
         cosine_term = Divide(Multiply(cosine_term, square), -(2.0 * k) * (2 * k - 1));
         cosine_sum = Add(cosine_sum, cosine_term);
+        if (Magnitude(sine_term) <= kNothing * Magnitude(sine_sum) &&
+            Magnitude(cosine_term) <= kNothing * Magnitude(cosine_sum))
+            break;
     }
     const double s = sine_sum.high + sine_sum.low, c = cosine_sum.high + cosine_sum.low;
     const double quadrants[] = {s, c, -s, -c};

@@ -41,13 +41,24 @@ PXB_INLINE Square<V, kSize> Transposed(const Square<V, kSize>& a) {
 template <class V, int kBytes>
 struct Tile {
     static constexpr int kSize = kBytes == 1 ? 16 : 4;
-    static constexpr int kWidth = kSize * V::kBlocks, kHeight = kSize;
+    // Two squares of 32-bit pixels, since each visit to a row of the source may fetch its line again
+    // (AMD EPYC, Zen 3).
+    static constexpr int kSquares = kBytes == 4 ? 2 : 1;
+    static constexpr int kWidth = kSize * V::kBlocks, kHeight = kSize * kSquares;
 
     // kLoose: what follows the pixels of each row in the destination may be anything, up to V::kLoose
     // pixels, since it is still to be written.
     template <bool kEarly, bool kLoose>
     static PXB_INLINE void Turn(Byte* dst, std::ptrdiff_t dst_stride, const Byte* src,
                                 std::ptrdiff_t x_step) {
+        for (int k = 0; k < kHeight; k += kSize)
+            TurnSquare<kEarly, kLoose>(dst + k * dst_stride, dst_stride, src + k * kBytes, x_step);
+    }
+
+  private:
+    template <bool kEarly, bool kLoose>
+    static PXB_INLINE void TurnSquare(Byte* dst, std::ptrdiff_t dst_stride, const Byte* src,
+                                      std::ptrdiff_t x_step) {
         const auto turned =
             Transposed(LoadRows<kEarly>(src, x_step, std::make_integer_sequence<int, kSize>()));
         for (int k = 0; k < kSize; ++k) {
@@ -57,8 +68,6 @@ struct Tile {
                 V::StoreAll(dst + k * dst_stride, turned.row[k]);
         }
     }
-
-  private:
     template <bool kEarly, int... i>
     static PXB_INLINE Square<V, kSize> LoadRows(const Byte* src, std::ptrdiff_t x_step,
                                                 std::integer_sequence<int, i...>) {
@@ -75,8 +84,9 @@ PXB_INLINE bool TurnByTiles(Byte* dst, std::ptrdiff_t dst_stride, const Byte* sr
                             std::ptrdiff_t x_step, std::ptrdiff_t width, std::ptrdiff_t height) {
     using T = Tile<V, kBytes>;
     // Strips of several tiles, so that a line of the destination is written at once, and its page is
-    // looked up once: narrow ones took up to three times as long (AMD EPYC, Zen 3).
-    constexpr std::ptrdiff_t kStrip = kBytes == 1 ? 128 : 64;
+    // looked up once: narrow ones took up to three times as long (AMD EPYC, Zen 3). Lines of 3-byte
+    // pixels straddle tiles, which rewards wider ones.
+    constexpr std::ptrdiff_t kStrip = kBytes == 3 ? 256 : 128;
     // A tile of 3-byte pixels reads 16 bytes of each row, 4 too many: behind its pixels where two
     // more follow, before them at the end of the row.
     constexpr std::ptrdiff_t kBehind = kBytes == 3 ? 2 : 0;
