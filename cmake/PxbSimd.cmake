@@ -14,6 +14,7 @@ set(PXB_SIMD_FLAGS_avx512 -mavx512vl -mavx512bw -mavx512vbmi -mavx512vnni
 if(PXB_X86_32)  # no SIMD register outside the kernels
     set(PXB_SIMD_FLAGS_baseline -mno-sse -mno-mmx)
     set(PXB_SIMD_FLAGS_mmx -mmmx -mno-sse)
+    list(APPEND PXB_SIMD_FLAGS_sse2 -mfpmath=sse)
 else()
     set(PXB_SIMD_FLAGS_mmx -mmmx)
 endif()
@@ -43,4 +44,13 @@ function(pxb_add_simd_kernels)
     foreach(simd IN LISTS PXB_SIMD_TARGETS)
         target_sources(pxb_objects_${simd} PRIVATE ${ARGN})
     endforeach()
+endfunction()
+
+# pxb_add_kernels_in_doubles(<source>...): for the baseline and, on 32 bits, where doubles are in x87
+# registers, once more for SSE2 registers.
+function(pxb_add_kernels_in_doubles)
+    target_sources(pxb_objects PRIVATE ${ARGN})
+    if(PXB_X86_32)
+        target_sources(pxb_objects_sse2 PRIVATE ${ARGN})
+    endif()
 endfunction()

@@ -2,6 +2,8 @@
 #pragma once
 #include <cstdint>
 
+#include "core/byte.h"
+
 // Namespaces within pxb that kernel texts are compiled into, as in cmake/PxbSimd.cmake; "plain" is
 // written apart from them. PXB_WIDE_TARGETS are those behind the SSE2 bit, narrowest first, each
 // with its bit of the wide word; X(target, bit, kernel).
@@ -60,7 +62,7 @@ struct Variants {
 #undef PXB_MEMBER
 
     // For the call at hand. SSE alone never selects anything.
-    Kernel* Choose() const {
+    PXB_INLINE Kernel* Choose() const {
         const std::uint32_t features = ProcessorFeatures();
         if (sse2 && (features & kSse2)) return ChooseWide();
         if (mmx && (features & kMmx)) return mmx;
@@ -68,7 +70,7 @@ struct Variants {
     }
 
   private:
-    Kernel* ChooseWide() const {
+    PXB_INLINE Kernel* ChooseWide() const {
         const std::uint32_t wide = WideFeatures();
         Kernel* widest = sse2;
 #define PXB_PREFER(target, bit, kernel) \

@@ -1,37 +1,14 @@
-// Compiled for plain processors and, on 32 bits, once more for doubles in SSE2 registers.
 #include "scale/source_table.h"
 
-#include "core/float_guard.h"
-
-#if !defined(PXB_TARGET)
-#define PXB_TARGET plain
-#endif
-
-namespace pxb::PXB_TARGET {
+namespace pxb::PXB_DOUBLES {
 namespace {
 
 // Positions that should be whole may come out a little below.
 constexpr double kAlmost = 1e-9;
 
-// Toward zero, from 0 to 2^31.
-PXB_INLINE std::int32_t Truncate(double value) {
-#if defined(__SSE2__)
-    return static_cast<std::int32_t>(value);
-#else
-    // A conversion would switch the rounding of the x87 unit forth and back. In this sum it rounds
-    // to the nearest whole number, which then stands in the low bits; one too many shows in the
-    // sign of what is left.
-    constexpr double kWholeNumbers = 0x1p52;
-    const double rounded = value + kWholeNumbers;
-    const double left = value - (rounded - kWholeNumbers);
-    const auto nearest = static_cast<std::int32_t>(__builtin_bit_cast(std::uint64_t, rounded));
-    return nearest + static_cast<std::int32_t>(__builtin_bit_cast(std::int64_t, left) >> 63);
-#endif
-}
-
 // Of a fraction; 0 if it is not above 0.
 PXB_INLINE Byte WeightOf(double fraction) {
-    return fraction > 0 ? static_cast<Byte>(Truncate(fraction * 255 + 0.5)) : Byte{0};
+    return fraction > 0 ? static_cast<Byte>(TruncateSmall(fraction * 255 + 0.5)) : Byte{0};
 }
 
 constexpr PXB_INLINE SourcePoint Alone(std::int32_t index) {
@@ -45,14 +22,14 @@ PXB_NOINLINE void FillNearest(SourcePoint* points, std::int32_t count, std::int3
     const double step = static_cast<double>(source) / count;
     double position = 0.5 * step;
     for (std::int32_t i = 0; i < count; ++i, position += step) {
-        const std::int32_t index = Truncate(position + kAlmost);
+        const std::int32_t index = TruncateSmall(position + kAlmost);
         points[i] = Alone(index < source ? index : source - 1);
     }
 }
 
 // The pixel at the left or top of a position above -1.
 PXB_INLINE std::int32_t IndexAt(double position) {
-    return position + kAlmost > 0 ? Truncate(position + kAlmost) : 0;
+    return position + kAlmost > 0 ? TruncateSmall(position + kAlmost) : 0;
 }
 
 PXB_NOINLINE void FillBilinear(SourcePoint* points, std::int32_t count, std::int32_t source,
@@ -97,7 +74,7 @@ PXB_INLINE void SetSplineWeights(double f, Byte* weight) {
                              (3 * g * g * g - 6 * g * g + 4) / 6.0, f * f * f / 6.0};
     int rest = 255, largest = 0;
     for (int k = 0; k < 4; ++k) {
-        weight[k] = static_cast<Byte>(Truncate(parts[k] * 255 + 0.5));
+        weight[k] = static_cast<Byte>(TruncateSmall(parts[k] * 255 + 0.5));
         rest -= weight[k];
         if (weight[k] > weight[largest]) largest = k;
     }
@@ -109,7 +86,7 @@ PXB_NOINLINE void FillSpline(SourcePoint* points, std::int32_t count, std::int32
     double position = 0.5 * step - 1.5;
     for (std::int32_t i = 0; i < count; ++i, position += step) {
         const double almost = position + kAlmost;
-        const std::int32_t first = almost < 0 ? -1 : Truncate(almost);
+        const std::int32_t first = almost < 0 ? -1 : TruncateSmall(almost);
         const double fraction = position - first;
         points[i].first = first;
         const bool is_whole = fraction > -kAlmost && fraction < kAlmost;
@@ -136,4 +113,4 @@ void FillSourceTable(SourcePoint* points, std::int32_t count, std::int32_t sourc
     }
 }
 
-}  // namespace pxb::PXB_TARGET
+}  // namespace pxb::PXB_DOUBLES

@@ -3,8 +3,7 @@
 #pragma once
 #include <cstdint>
 
-#include "core/byte.h"
-#include "core/variants.h"
+#include "core/doubles.h"
 #include "scale/filter.h"
 
 namespace pxb {
@@ -29,17 +28,7 @@ struct SourcePoint {
 using SourceTableKernel = void(SourcePoint* points, std::int32_t count, std::int32_t source,
                                Filter filter, bool tight);
 
-namespace plain {
-SourceTableKernel FillSourceTable;
-}
-#if defined(__i386__)  // where doubles are in x87 registers otherwise, four times as slow
-namespace sse2 {
-SourceTableKernel FillSourceTable;
-}
-constexpr Variants<SourceTableKernel> kSourceTable = {plain::FillSourceTable, nullptr,
-                                                      sse2::FillSourceTable};
-#else
-constexpr Variants<SourceTableKernel> kSourceTable = {plain::FillSourceTable};
-#endif
+PXB_DECLARE_IN_DOUBLES(SourceTableKernel, FillSourceTable)
+constexpr auto kSourceTable = PXB_VARIANTS_IN_DOUBLES(FillSourceTable);
 
 }  // namespace pxb

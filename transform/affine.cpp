@@ -1,9 +1,8 @@
 #include "transform/affine.h"
 
-#include "core/float_guard.h"
 #include "transform/sine_cosine.h"
 
-namespace pxb {
+namespace pxb::PXB_DOUBLES {
 namespace {
 
 // Points are rows [x y 1], multiplied on the right.
@@ -40,8 +39,8 @@ Matrix Rotation(std::int32_t angle_degrees) {
 
 }  // namespace
 
-PXB_NOINLINE void TurnAboutCentres(std::int32_t angle_degrees, Extent dst, Extent src,
-                                   Affine* map) {
+PXB_NOINLINE void TurnAboutCentres(std::int32_t angle_degrees, const Raster<Byte>& dst,
+                                   const Raster<const Byte>& src, Affine* map) {
     const Matrix from_centre = Translation(-0.5 * dst.width, -0.5 * dst.height);
     const Matrix to_centre = Translation(0.5 * src.width, 0.5 * src.height);
     const Matrix scaled = Multiply(from_centre, Scale(1.0, 1.0));
@@ -49,4 +48,4 @@ PXB_NOINLINE void TurnAboutCentres(std::int32_t angle_degrees, Extent dst, Exten
     *map = {m.at[0][0], m.at[1][0], m.at[2][0], m.at[0][1], m.at[1][1], m.at[2][1]};
 }
 
-}  // namespace pxb
+}  // namespace pxb::PXB_DOUBLES

@@ -2,7 +2,8 @@
 #pragma once
 #include <cstdint>
 
-#include "core/planes.h"
+#include "core/doubles.h"
+#include "transform/raster.h"
 
 namespace pxb {
 
@@ -13,9 +14,13 @@ struct Affine {
     double m01, m11, m21;
 };
 
+namespace PXB_DOUBLES {
+
 // The centre of the destination maps onto the centre of the source. With y pointing down, 90 degrees
 // turn counter-clockwise as seen on the screen. The floating-point unit must be in the state of
 // FloatGuard.
-void TurnAboutCentres(std::int32_t angle_degrees, Extent dst, Extent src, Affine* map);
+void TurnAboutCentres(std::int32_t angle_degrees, const Raster<Byte>& dst,
+                      const Raster<const Byte>& src, Affine* map);
 
+}  // namespace PXB_DOUBLES
 }  // namespace pxb

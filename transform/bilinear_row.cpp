@@ -11,7 +11,7 @@ int Between(int a, int b, int weight) {
 
 template <int kSourceBytes, int kBytes>
 void Interpolate(Byte* dst, FixedPoint at, FixedPoint step, const SourceRowTable& source,
-                 std::int64_t count) {
+                 std::ptrdiff_t count) {
     constexpr int kShared = std::min(kSourceBytes, kBytes);
     for (; count > 0; --count, dst += kBytes, at.u += step.u, at.v += step.v) {
         const std::int64_t q = at.u >> 16, r = at.v >> 16;
@@ -33,7 +33,7 @@ void Interpolate(Byte* dst, FixedPoint at, FixedPoint step, const SourceRowTable
 namespace plain {
 
 void BilinearRowKernel(Byte* dst, FixedPoint at, FixedPoint step, const SourceRowTable& source,
-                       std::int64_t count) {
+                       std::ptrdiff_t count) {
     if (source.bytes_per_pixel == 3) return Interpolate<3, 3>(dst, at, step, source, count);
     Interpolate<4, 4>(dst, at, step, source, count);
 }
@@ -41,12 +41,12 @@ void BilinearRowKernel(Byte* dst, FixedPoint at, FixedPoint step, const SourceRo
 }  // namespace plain
 
 void BilinearRow24To32(Byte* dst, FixedPoint at, FixedPoint step, const SourceRowTable& source,
-                       std::int64_t count) {
+                       std::ptrdiff_t count) {
     Interpolate<3, 4>(dst, at, step, source, count);
 }
 
 void BilinearRow32To24(Byte* dst, FixedPoint at, FixedPoint step, const SourceRowTable& source,
-                       std::int64_t count) {
+                       std::ptrdiff_t count) {
     Interpolate<4, 3>(dst, at, step, source, count);
 }
 

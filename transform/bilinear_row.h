@@ -15,7 +15,7 @@ struct FixedPoint {
 // first along rows, then across, each a + floor((b - a) * weight / 256), with the upper 8 bits of the
 // fraction as weight. Both images have the same bytes per pixel, 3 or 4, if the name tells no more.
 using BilinearRow = void(Byte* dst, FixedPoint at, FixedPoint step, const SourceRowTable& source,
-                         std::int64_t count);
+                         std::ptrdiff_t count);
 
 #define PXB_DECLARE_BILINEAR_ROWS(target) \
     namespace target {                    \

@@ -12,17 +12,17 @@ template <int kBytes>
 class ClearPart {
   public:
     PXB_INLINE ClearPart(FixedPoint at, FixedPoint step, const SourceRowTable& source,
-                         std::int64_t count)
+                         std::ptrdiff_t count)
         : at_(at), step_(step), source_(source), end_(count) {
         while (first_ < end_ && !IsClear(first_)) ++first_;
         while (first_ < end_ && !IsClear(end_ - 1)) --end_;
     }
-    PXB_INLINE std::int64_t First() const { return first_; }
-    PXB_INLINE std::int64_t End() const { return end_; }
+    PXB_INLINE std::ptrdiff_t First() const { return first_; }
+    PXB_INLINE std::ptrdiff_t End() const { return end_; }
 
   private:
     // A pair of 3-byte pixels is read as 8 bytes, which must not be the last pair in memory.
-    PXB_INLINE bool IsClear(std::int64_t i) const {
+    PXB_INLINE bool IsClear(std::ptrdiff_t i) const {
         const std::int64_t q = (at_.u + i * step_.u) >> 16, r = (at_.v + i * step_.v) >> 16;
         const std::int32_t width = source_.width, height = source_.height;
         if (q < 0 || r < 0 || q + 2 > width || r + 2 > height) return false;
@@ -32,7 +32,7 @@ class ClearPart {
 
     FixedPoint at_, step_;
     const SourceRowTable& source_;
-    std::int64_t first_ = 0, end_;
+    std::ptrdiff_t first_ = 0, end_;
 };
 
 PXB_INLINE bool FitsWords(const SourceRowTable& source) {
@@ -67,7 +67,7 @@ class Walk {
     }
 
     // Pixels `first` to `end`, at least V::kPixels.
-    PXB_INLINE void Write(Byte* dst, std::int64_t first, std::int64_t end) {
+    PXB_INLINE void Write(Byte* dst, std::ptrdiff_t first, std::ptrdiff_t end) {
         const Register step = V::Point(Word(V::kPixels * step_.u), Word(V::kPixels * step_.v));
         GoTo(first);
         for (; first + V::kPixels <= end; first += V::kPixels) {
@@ -80,7 +80,7 @@ class Walk {
     }
 
   private:
-    PXB_INLINE void GoTo(std::int64_t i) {
+    PXB_INLINE void GoTo(std::ptrdiff_t i) {
         const Register at = V::Point(Word(at_.u + i * step_.u), Word(at_.v + i * step_.v));
         for (int j = 0; j < 2; ++j) point_[j] = V::Add32(at, way_[j]);
     }
@@ -133,27 +133,30 @@ class HalfTurnedRow {
         across_ = u_weight_ == 0 ? 0 : kBytes;
         down_ = v_weight_ == 0 || r + 1 == source.height ? 0 : source.stride;
     }
-    // The pixels that Write can do.
-    PXB_INLINE std::int64_t First() const { return first_; }
-    PXB_INLINE std::int64_t End(std::int64_t count) const { return end_ < count ? end_ : count; }
+    // The pixels that Write can do, of a row of `count`.
+    PXB_INLINE std::ptrdiff_t First(std::ptrdiff_t count) const { return Within(first_, count); }
+    PXB_INLINE std::ptrdiff_t End(std::ptrdiff_t count) const { return Within(end_, count); }
 
     // False if there are too few. Pixels of 3 bytes are read 16 bytes at a time, 4 too many: before
     // the first four, which may be the last in memory, and behind the others.
     template <class V>
-    PXB_INLINE bool Write(Byte* dst, std::int64_t first, std::int64_t end) const {
-        constexpr std::int64_t kBehind = kBytes == 3 ? 3 : 0;
+    PXB_INLINE bool Write(Byte* dst, std::ptrdiff_t first, std::ptrdiff_t end) const {
+        constexpr std::ptrdiff_t kBehind = kBytes == 3 ? 3 : 0;
         if (end - first < V::kPixels + kBehind) return false;
         WritePixels<V, true>(dst, first);
-        for (std::int64_t i = first + V::kPixels; i < end; i += V::kPixels)
+        for (std::ptrdiff_t i = first + V::kPixels; i < end; i += V::kPixels)
             WritePixels<V, false>(dst, i + V::kPixels < end ? i : end - V::kPixels);
         return true;
     }
 
   private:
+    static PXB_INLINE std::ptrdiff_t Within(std::int64_t i, std::ptrdiff_t count) {
+        return i < count ? static_cast<std::ptrdiff_t>(i) : count;
+    }
     static PXB_INLINE int WeightOf(std::int64_t units) { return units >> 8 & 0xFF; }
 
     template <class V, bool kEarly>
-    PXB_INLINE void WritePixels(Byte* dst, std::int64_t i) const {
+    PXB_INLINE void WritePixels(Byte* dst, std::ptrdiff_t i) const {
         const Byte* const from = src_ - (i + V::kPixels - 1) * kBytes;
         auto pixels = Across<V, kEarly>(from);
         if (down_ != 0) pixels = V::JustBelow(pixels, Across<V, kEarly>(from + down_));
@@ -181,7 +184,8 @@ class HalfTurnedRow {
 
 template <int kBytes, class... V>
 PXB_INLINE bool WriteInWidest(Byte* dst, FixedPoint at, FixedPoint step,
-                              const SourceRowTable& source, std::int64_t first, std::int64_t end) {
+                              const SourceRowTable& source, std::ptrdiff_t first,
+                              std::ptrdiff_t end) {
     const auto write = [&]<class Width>() PXB_INLINE_LAMBDA {
         if (end - first < Width::kPixels) return false;
         Walk<Width, kBytes>(at, step, source).Write(dst, first, end);
@@ -191,29 +195,29 @@ PXB_INLINE bool WriteInWidest(Byte* dst, FixedPoint at, FixedPoint step,
 }
 
 template <int kBytes, class... V>
-PXB_INLINE bool WriteHalfTurned(Byte* dst, const HalfTurnedRow<kBytes>& row, std::int64_t first,
-                                std::int64_t end) {
+PXB_INLINE bool WriteHalfTurned(Byte* dst, const HalfTurnedRow<kBytes>& row, std::ptrdiff_t first,
+                                std::ptrdiff_t end) {
     return (row.template Write<V>(dst, first, end) || ...);
 }
 
 template <int kBytes>
 PXB_INLINE void WriteRow(Byte* dst, FixedPoint at, FixedPoint step, const SourceRowTable& source,
-                         std::int64_t count) {
-    const auto write_plain = [&](std::int64_t from, std::int64_t to) PXB_INLINE_LAMBDA {
+                         std::ptrdiff_t count) {
+    const auto write_plain = [&](std::ptrdiff_t from, std::ptrdiff_t to) PXB_INLINE_LAMBDA {
         if (from >= to) return;
         const FixedPoint point = {at.u + from * step.u, at.v + from * step.v};
         plain::BilinearRowKernel(dst + from * kBytes, point, step, source, to - from);
     };
-    const auto write_ends = [&](std::int64_t first, std::int64_t end) PXB_INLINE_LAMBDA {
+    const auto write_ends = [&](std::ptrdiff_t first, std::ptrdiff_t end) PXB_INLINE_LAMBDA {
         write_plain(0, first);
         write_plain(end, count);
     };
     const HalfTurnedRow<kBytes> half_turned(at, step, source);
-    const std::int64_t from = half_turned.First(), to = half_turned.End(count);
+    const std::ptrdiff_t from = half_turned.First(count), to = half_turned.End(count);
     if (WriteHalfTurned<kBytes, PXB_TURN_WIDTHS>(dst, half_turned, from, to))
         return write_ends(from, to);
     const ClearPart<kBytes> clear(at, step, source, count);
-    const std::int64_t first = clear.First(), end = clear.End();
+    const std::ptrdiff_t first = clear.First(), end = clear.End();
     if (WriteInWidest<kBytes, PXB_TURN_WIDTHS>(dst, at, step, source, first, end))
         return write_ends(first, end);
     write_plain(0, count);
@@ -222,7 +226,7 @@ PXB_INLINE void WriteRow(Byte* dst, FixedPoint at, FixedPoint step, const Source
 }  // namespace
 
 void BilinearRowKernel(Byte* dst, FixedPoint at, FixedPoint step, const SourceRowTable& source,
-                       std::int64_t count) {
+                       std::ptrdiff_t count) {
     if (!FitsWords(source)) return plain::BilinearRowKernel(dst, at, step, source, count);
     if (source.bytes_per_pixel == 3) return WriteRow<3>(dst, at, step, source, count);
     WriteRow<4>(dst, at, step, source, count);

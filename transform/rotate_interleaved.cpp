@@ -2,7 +2,6 @@
 
 #include <cstring>
 
-#include "core/float_guard.h"
 #include "transform/warp.h"
 
 namespace pxb {
@@ -12,13 +11,6 @@ template <class B>
 Raster<B> RasterOf(B* data, std::int32_t width, std::int32_t height, std::int32_t stride,
                    std::int32_t bits_per_pixel) {
     return {data, width, height, stride, bits_per_pixel / 8};
-}
-
-void Warp(const Raster<Byte>& dst, const SourceRowTable& src, std::int32_t angle_degrees) {
-    const FloatGuard guard;
-    Affine map;
-    TurnAboutCentres(angle_degrees, {dst.width, dst.height}, {src.width, src.height}, &map);
-    AffineWarp(dst, src, map);
 }
 
 template <int kBytes>
@@ -75,7 +67,7 @@ void RotateInterleaved(std::int32_t dst_bits_per_pixel, Byte* dst, std::int32_t 
     const SourceRowTable from = {
         RasterOf(src, src_width, src_height, src_stride, src_bits_per_pixel)};
     if (!dst_width || !dst_height || !src_width || !src_height) return;
-    Warp(to, from, angle_degrees);
+    kTurnByWarp.Choose()(to, from, angle_degrees);
     if (to.bytes_per_pixel > 0) CopyEdges(to, from, angle_degrees);
 }
 

@@ -1,11 +1,6 @@
 #include "transform/row_span.h"
 
-#include <algorithm>
-
-#include "core/byte.h"
-#include "core/float_guard.h"
-
-namespace pxb {
+namespace pxb::PXB_DOUBLES {
 namespace {
 
 enum class Bound {
@@ -23,12 +18,12 @@ PXB_NOINLINE std::int64_t CountOn(double bound, Bound kind, double c, double ste
     // A rounding is at most 2^-53 of the largest number. So where the product is below 10^10 steps,
     // all of them move the count by less than 10^-5.
     constexpr double kRoundings = 1e10, kNear = 1e-5;
-    const double steps = (bound - c) / step, largest = std::max(-c, bound < 0 ? -bound : bound);
+    const double steps = (bound - c) / step, largest = Larger(-c, bound < 0 ? -bound : bound);
     if (steps * largest < kRoundings * step) {
         if (steps > static_cast<double>(most)) return most;
-        const auto whole = static_cast<std::int64_t>(steps);
+        const auto whole = Truncate(steps);
         const double rest = steps - static_cast<double>(whole);
-        if (rest > kNear && rest < 1 - kNear) return std::min(whole + 1, most);
+        if (rest > kNear && rest < 1 - kNear) return Smaller(whole + 1, most);
     }
     std::int64_t count = 0;
     for (; count < most && IsBefore(c, bound, kind); c += step) ++count;
@@ -61,7 +56,7 @@ Skips FromAbove(double c, double step, double extent, std::int64_t most) {
 
 // The first position counted from the end lies past the row.
 Skips WithoutFirst(Skips skips) {
-    return {std::max(skips.outside - 1, std::int64_t{0}), std::max(skips.all - 1, std::int64_t{0})};
+    return {Larger(skips.outside - 1, std::int64_t{0}), Larger(skips.all - 1, std::int64_t{0})};
 }
 
 RowSpan Clip(const Track& track, std::int64_t most) {
@@ -77,8 +72,8 @@ RowSpan Clip(const Track& track, std::int64_t most) {
     }
 }
 
-Skips Larger(Skips a, Skips b) {
-    return {std::max(a.outside, b.outside), std::max(a.all, b.all)};
+Skips LargerOf(Skips a, Skips b) {
+    return {Larger(a.outside, b.outside), Larger(a.all, b.all)};
 }
 
 }  // namespace
@@ -86,8 +81,8 @@ Skips Larger(Skips a, Skips b) {
 PXB_NOINLINE bool RowSpanClip(const Track& u, const Track& v, std::int32_t width, RowSpan* span) {
     const std::int64_t most = std::int64_t{width} + 2;  // then the row is decided
     const RowSpan a = Clip(u, most), b = Clip(v, most);
-    *span = {Larger(a.leading, b.leading), Larger(a.trailing, b.trailing)};
+    *span = {LargerOf(a.leading, b.leading), LargerOf(a.trailing, b.trailing)};
     return span->leading.all + span->trailing.all <= width;
 }
 
-}  // namespace pxb
+}  // namespace pxb::PXB_DOUBLES

@@ -2,6 +2,8 @@
 #pragma once
 #include <cstdint>
 
+#include "core/doubles.h"
+
 namespace pxb {
 
 // How a coordinate of the source moves from one destination pixel to the next. The tolerance is ten
@@ -11,7 +13,7 @@ enum class Direction {
     kForward,
     kBackward
 };
-constexpr Direction DirectionOf(double step) {
+constexpr PXB_INLINE Direction DirectionOf(double step) {
     if (step > 0.001) return Direction::kForward;
     return step < -0.001 ? Direction::kBackward : Direction::kResting;
 }
@@ -34,8 +36,11 @@ struct RowSpan {
     Skips leading, trailing;
 };
 
+namespace PXB_DOUBLES {
+
 // False if nothing of a row of `width` pixels is written. A resting coordinate skips nothing. The
 // floating-point unit must be in the state of FloatGuard.
 bool RowSpanClip(const Track& u, const Track& v, std::int32_t width, RowSpan* span);
 
+}  // namespace PXB_DOUBLES
 }  // namespace pxb

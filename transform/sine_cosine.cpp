@@ -2,11 +2,7 @@
 // + - * / in the order written here; the compiler must not contract or reorder them.
 #include "transform/sine_cosine.h"
 
-#include <cstdint>
-
-#include "core/float_guard.h"
-
-namespace pxb {
+namespace pxb::PXB_DOUBLES {
 namespace {
 
 // high + low, |low| at most half a unit in the last place of high.
@@ -62,7 +58,8 @@ PXB_NOINLINE void ComputeSineAndCosine(double radians, double* sine, double* cos
                                   -0x1.f1976b7ed8fbcp-110};
     constexpr double kQuartersPerRadian = 0.63661977236758134308;
     const double quarters = radians * kQuartersPerRadian;
-    const auto turns = static_cast<std::int32_t>(quarters < 0 ? quarters - 0.5 : quarters + 0.5);
+    const auto turns =
+        static_cast<std::int32_t>(Truncate(quarters < 0 ? quarters - 0.5 : quarters + 0.5));
     const double count = turns;
     Pair rest = SumOf(radians - count * kHalfPi[0], -(count * kHalfPi[1]));
     rest = Add(rest, ProductOf(-count, kHalfPi[2]));
@@ -89,4 +86,4 @@ PXB_NOINLINE void ComputeSineAndCosine(double radians, double* sine, double* cos
     *cosine = quadrants[(turns + 1) & 3];
 }
 
-}  // namespace pxb
+}  // namespace pxb::PXB_DOUBLES

@@ -1,33 +1,14 @@
 #include "transform/warp.h"
 
-#include <algorithm>
-#include <bit>
-
-#include "core/float_guard.h"
+#include "transform/affine.h"
 #include "transform/bilinear_row.h"
 #include "transform/row_span.h"
 #include "transform/turns.h"
 
-namespace pxb {
+namespace pxb::PXB_DOUBLES {
 namespace {
 
 constexpr double kUnitsPerPixel = 65536.0;
-
-// Toward zero; |value| < 2^51.
-std::int64_t Truncate(double value) {
-#if defined(__SSE2__)
-    return static_cast<std::int64_t>(value);
-#else
-    // The x87 unit would have to change its rounding for each conversion, and again after it. Next to
-    // 1.5 * 2^52 doubles are whole numbers, the nearest of which stands in the lower bits.
-    constexpr double kWhole = 0x1.8p52;
-    const double sum = value + kWhole, nearest = sum - kWhole;
-    const std::int64_t whole =
-        std::bit_cast<std::int64_t>(sum) - std::bit_cast<std::int64_t>(kWhole);
-    if (value >= 0) return nearest > value ? whole - 1 : whole;
-    return nearest < value ? whole + 1 : whole;
-#endif
-}
 
 bool IsInside(std::int64_t units, std::int32_t extent) {
     return units >= 0 && units >> 16 < extent;
@@ -36,7 +17,7 @@ bool IsInside(std::int64_t units, std::int32_t extent) {
 // Of the coordinate `c` of a pixel in an edge band, 0 to 1. The part of it that lies on the source.
 double Coverage(double c, const Track& track) {
     if (track.direction == Direction::kResting) return 1.0;
-    if (c < 0) return std::max(0.0, 1.0 + c);
+    if (c < 0) return Larger(0.0, 1.0 + c);
     if (c < track.extent - 1) return 1.0;
     return 1.0 - (c - static_cast<double>(Truncate(c)));
 }
@@ -65,15 +46,20 @@ class RowWarp {
     }
 
     void Write(Byte* row) const {
-        RowSpan span;
+        RowSpan span = {};
         if (!RowSpanClip(u_, v_, dst_.width, &span)) return;
-        const std::int64_t first = span.leading.all, end = dst_.width - span.trailing.all;
+        const auto from_start = [](std::int64_t count) {
+            return static_cast<std::ptrdiff_t>(count);
+        };
+        const auto from_end = [&](std::int64_t count) { return dst_.width - from_start(count); };
+        const std::ptrdiff_t first = from_start(span.leading.all),
+                             end = from_end(span.trailing.all);
         const FixedPoint at = {Truncate(kUnitsPerPixel * At(u_, first)),
                                Truncate(kUnitsPerPixel * At(v_, first))};
         if (u_.direction == Direction::kResting && !IsInside(at.u, u_.extent)) return;
         if (v_.direction == Direction::kResting && !IsInside(at.v, v_.extent)) return;
-        WriteBand(row, span.leading.outside, first);
-        WriteBand(row, end, dst_.width - span.trailing.outside);
+        WriteBand(row, from_start(span.leading.outside), first);
+        WriteBand(row, end, from_end(span.trailing.outside));
         kernel_(row + first * dst_.bytes_per_pixel, at, step_, src_, end - first);
     }
 
@@ -87,16 +73,16 @@ class RowWarp {
     Track TrackOf(double start, double step, std::int32_t extent) const {
         return {start, start + dst_.width * step, step, DirectionOf(step), extent};
     }
-    static double At(const Track& track, std::int64_t x) {
+    static double At(const Track& track, std::ptrdiff_t x) {
         return track.start + track.step * static_cast<double>(x);
     }
 
-    void WriteBand(Byte* row, std::int64_t first, std::int64_t end) const {
+    void WriteBand(Byte* row, std::ptrdiff_t first, std::ptrdiff_t end) const {
         if (first >= end) return;
         const Byte* const pixel = src_.data + src_.RowOffset(Truncate(At(v_, first))) +
                                   src_.ColumnOffset(Truncate(At(u_, first)));
-        const int bytes = dst_.bytes_per_pixel, shared = std::min(bytes, src_.bytes_per_pixel);
-        for (std::int64_t x = first; x < end; ++x) {
+        const int bytes = dst_.bytes_per_pixel, shared = Smaller(bytes, src_.bytes_per_pixel);
+        for (std::ptrdiff_t x = first; x < end; ++x) {
             const double coverage = Coverage(At(u_, x), u_) * Coverage(At(v_, x), v_);
             Byte* const to = row + x * bytes;
             for (int k = 0; k < shared; ++k)
@@ -118,8 +104,10 @@ struct Interval {
 };
 Interval Within(double start, double step, std::int32_t extent, std::int32_t count) {
     const double first = step > 0 ? -start : start - (extent - 1), most = count;
-    return {static_cast<std::int32_t>(std::clamp(first, 0.0, most)),
-            static_cast<std::int32_t>(std::clamp(first + extent, 0.0, most))};
+    const auto within = [=](double c) PXB_INLINE_LAMBDA {
+        return static_cast<std::int32_t>(Truncate(Smaller(Larger(c, 0.0), most)));
+    };
+    return {within(first), within(first + extent)};
 }
 
 bool IsUnit(double step) {
@@ -150,11 +138,9 @@ void TurnExactQuarter(const Raster<Byte>& dst, const SourceRowTable& src, const 
                           x.end - x.first, y.end - y.first, bytes);
 }
 
-}  // namespace
-
+// At least 2 x 2 each.
 PXB_NOINLINE void AffineWarp(const Raster<Byte>& dst, const SourceRowTable& src,
                              const Affine& map) {
-    if (std::min({dst.width, dst.height, src.width, src.height}) <= 1) return;
     RowWarp warp(dst, src, map);
     if (!warp.HasWork()) return;
     if (src.bytes_per_pixel == dst.bytes_per_pixel && IsExactQuarterTurn(map))
@@ -165,4 +151,18 @@ PXB_NOINLINE void AffineWarp(const Raster<Byte>& dst, const SourceRowTable& src,
     }
 }
 
-}  // namespace pxb
+bool IsLargeEnough(std::int32_t width, std::int32_t height) {
+    return width > 1 && height > 1;
+}
+
+}  // namespace
+
+void TurnByWarp(const Raster<Byte>& dst, const SourceRowTable& src, std::int32_t angle_degrees) {
+    if (!IsLargeEnough(dst.width, dst.height) || !IsLargeEnough(src.width, src.height)) return;
+    const FloatGuard guard;
+    Affine map;
+    TurnAboutCentres(angle_degrees, dst, src, &map);
+    AffineWarp(dst, src, map);
+}
+
+}  // namespace pxb::PXB_DOUBLES

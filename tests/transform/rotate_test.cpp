@@ -20,7 +20,7 @@ namespace {
 Turn TurnOf(int angle) {
     const FloatGuard guard;
     Turn turn = {angle, 0, 0};
-    ComputeSineAndCosine((angle / 180.0) * 3.1415926535898, &turn.sine, &turn.cosine);
+    plain::ComputeSineAndCosine((angle / 180.0) * 3.1415926535898, &turn.sine, &turn.cosine);
     return turn;
 }
 
