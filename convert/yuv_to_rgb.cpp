@@ -90,8 +90,9 @@ void ConvertAyuv32ToRgb32(Byte* dst, std::int32_t dst_stride, const Byte* src,
                           std::int32_t src_stride, std::int32_t width, std::int32_t height) {
     ForRows(dst, dst_stride, src, src_stride, height, [=](Byte* to, const Byte* from) {
         for (std::int32_t x = 0; x < width; ++x, to += 4, from += 4) {
+            const Byte alpha = from[0];  // which is overwritten where both lie in the same memory
             Shade<3>(to, from[1], Chroma(from[2], from[3]));
-            to[3] = from[0];
+            to[3] = alpha;
         }
     });
 }
