@@ -14,20 +14,30 @@ class ClearPart {
     PXB_INLINE ClearPart(FixedPoint at, FixedPoint step, const SourceRowTable& source,
                          std::ptrdiff_t count)
         : at_(at), step_(step), source_(source), end_(count) {
-        while (first_ < end_ && !IsClear(first_)) ++first_;
-        while (first_ < end_ && !IsClear(end_ - 1)) --end_;
+        Trim(source.width - 2);
+        // A pair of 3-byte pixels is read as 8 bytes, which must not be the last pair in memory. A
+        // row may cross that in its middle, so it then keeps off the whole column of pairs.
+        if (kBytes == 3 && Meets(source.width - 2, source.stride > 0 ? source.height - 2 : 0))
+            Trim(source.width - 3);
     }
     PXB_INLINE std::ptrdiff_t First() const { return first_; }
     PXB_INLINE std::ptrdiff_t End() const { return end_; }
 
   private:
-    // A pair of 3-byte pixels is read as 8 bytes, which must not be the last pair in memory.
-    PXB_INLINE bool IsClear(std::ptrdiff_t i) const {
-        const std::int64_t q = (at_.u + i * step_.u) >> 16, r = (at_.v + i * step_.v) >> 16;
-        const std::int32_t width = source_.width, height = source_.height;
-        if (q < 0 || r < 0 || q + 2 > width || r + 2 > height) return false;
-        if (kBytes == 4 || q + 3 <= width) return true;
-        return source_.stride > 0 ? r + 3 <= height : r >= 1;
+    PXB_INLINE std::int64_t Column(std::ptrdiff_t i) const { return (at_.u + i * step_.u) >> 16; }
+    PXB_INLINE std::int64_t Row(std::ptrdiff_t i) const { return (at_.v + i * step_.v) >> 16; }
+    PXB_INLINE bool IsClear(std::ptrdiff_t i, std::int64_t last_column) const {
+        const std::int64_t q = Column(i), r = Row(i);
+        return q >= 0 && r >= 0 && q <= last_column && r + 2 <= source_.height;
+    }
+    PXB_INLINE void Trim(std::int64_t last_column) {
+        while (first_ < end_ && !IsClear(first_, last_column)) ++first_;
+        while (first_ < end_ && !IsClear(end_ - 1, last_column)) --end_;
+    }
+    // Whether the row may come to that pair. Its coordinates are extreme at its ends.
+    PXB_INLINE bool Meets(std::int64_t column, std::int64_t row) const {
+        return first_ < end_ && (Column(first_) == column || Column(end_ - 1) == column) &&
+               (Row(first_) == row || Row(end_ - 1) == row);
     }
 
     FixedPoint at_, step_;
