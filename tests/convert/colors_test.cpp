@@ -3,7 +3,7 @@
 
 #include <map>
 
-#include "convert/conversion_trial.h"
+#include "convert/format_pairs.h"
 #include "support/effort.h"
 #include "support/image.h"
 #include "support/variants.h"
@@ -102,6 +102,11 @@ TEST(RgbToYuv, AllColors) {
             ASSERT_NO_FATAL_FAILURE(ExpectTheReference(pair.to, src.record)) << "red " << r;
         }
     }
+}
+
+TEST(Variants, AllRunOnThisMachine) {
+    for (const Variant& variant : kAllVariants)
+        if (!IsRunnable(variant)) GTEST_SKIP() << "the processor lacks " << variant.name;
 }
 
 }  // namespace

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "convert/conversion_trial.h"
+#include "convert/format_pairs.h"
 #include "support/image.h"
 #include "support/variants.h"
 

@@ -18,47 +18,6 @@ std::vector<int> ShapeOf(const ImageBuffer& image) {
     return {image.bitsPerPixel, image.stride, image.width, image.height};
 }
 
-// A request of 5 x 3 pixels, with a companion. All of the image is painted in one call, of which
-// the tests of the fill know more.
-TEST(New, CompletesTheRecordAndPaintsBlack) {
-    const struct {
-        int format;
-        std::vector<int> shape;
-        std::vector<Byte> black;  // its first pixels
-    } kCases[] = {
-        {PXB_RGB24, {24, 16, 5, 3}, {0, 0, 0}},  {PXB_RGB32, {32, 20, 5, 3}, {0, 0, 0, 0}},
-        {PXB_YV12, {12, 6, 6, 4}, {16, 16}},     {PXB_YUY2, {16, 12, 6, 3}, {16, 128, 16, 128}},
-        {PXB_I420, {12, 6, 6, 4}, {16, 16}},     {PXB_RGB8, {8, 8, 5, 3}, {0, 0}},
-        {PXB_YUV422, {16, 12, 6, 3}, {128, 16}}, {PXB_AYUV32, {32, 20, 5, 3}, {}},
-        {PXB_NV12, {12, 6, 6, 4}, {}},
-    };
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(testing::Message() << "format " << c.format);
-        const int live = LiveAllocations();
-        ImageBuffer image = Request(c.format, 5, 3);
-        ASSERT_EQ(PxbNew(&image, 1), PXB_SUCCESS);
-        EXPECT_EQ(ShapeOf(image), c.shape);
-        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(image.data) % 16, 0u);
-        EXPECT_TRUE(std::equal(c.black.begin(), c.black.end(), image.data));
-
-        const ImageBuffer alpha = *image.alpha;
-        EXPECT_EQ(ShapeOf(alpha), (std::vector{8, 8, image.width, image.height}));
-        EXPECT_EQ(alpha.format, PXB_RGB8);
-        EXPECT_EQ(alpha.alpha, nullptr);
-        EXPECT_EQ(std::count(alpha.data, alpha.data + 8 * alpha.height, 0), 8 * alpha.height);
-
-        for (int twice = 0; twice < 2; ++twice) {
-            EXPECT_EQ(PxbDelete(&image), PXB_SUCCESS);
-            EXPECT_TRUE(!image.data && !image.alpha);
-            EXPECT_EQ(ShapeOf(image), c.shape);
-        }
-        EXPECT_EQ(PxbNew(&image, 0), PXB_SUCCESS);
-        EXPECT_EQ(image.alpha, nullptr);
-        PxbDelete(&image);
-        EXPECT_EQ(LiveAllocations(), live);
-    }
-}
-
 TEST(New, TakesAndRefusesSizes) {
     constexpr int kMin = INT32_MIN, kMax = INT32_MAX;
     const struct {
@@ -127,29 +86,6 @@ TEST(New, RefusesUnknownFormatsByWhatDataHolds) {
         image.data = nullptr;
         PxbDelete(&image);
     }
-}
-
-TEST(New, SurvivesEachFailingAllocation) {
-    for (int format = PXB_RGB24; format <= PXB_NV12; ++format)
-        for (int failing_number = 0; failing_number <= 3; ++failing_number) {
-            SCOPED_TRACE(testing::Message() << "format " << format << ", " << failing_number);
-            const int live = LiveAllocations();
-            ImageBuffer image = Request(format, 6, 2);
-            const int32_t result = [&] {
-                const FailingAllocation failing(failing_number);
-                return PxbNew(&image, 1);
-            }();
-            EXPECT_EQ(result, failing_number == 0 ? PXB_FAILURE : PXB_SUCCESS);
-            EXPECT_EQ(image.data == nullptr, failing_number == 0);
-            EXPECT_EQ(image.alpha == nullptr, failing_number == 1);
-            if (image.alpha) {
-                EXPECT_EQ(image.alpha->data == nullptr, failing_number == 2);
-                EXPECT_EQ(ShapeOf(*image.alpha), (std::vector{8, 8, 6, 2}));
-            }
-            EXPECT_NE(image.stride, 0);
-            PxbDelete(&image);
-            EXPECT_EQ(LiveAllocations(), live);
-        }
 }
 
 TEST(New, LeavesForeignCompanionsAlone) {

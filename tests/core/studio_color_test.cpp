@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "support/float_environment.h"
-
 namespace pxb::test {
 namespace {
 
@@ -20,7 +18,6 @@ void AddTo(std::uint64_t& hash, Yuv yuv) {  // FNV-1a
 
 // The same on every build.
 constexpr std::uint64_t kAllColors = 0xeb8dc35f99b44a14;
-constexpr std::uint64_t kSomeColors = 0xb3d8fc41b7e9f9b9;
 
 // A double lies next to the exact value, which it can leave only where that is a whole number: then
 // truncation may lose one.
@@ -41,29 +38,6 @@ TEST(StudioColor, AllColors) {
             << std::hex << code << ": " << int{yuv.y} << " " << int{yuv.u} << " " << int{yuv.v};
     }
     EXPECT_EQ(hash, kAllColors);
-}
-
-TEST(StudioColor, EnvironmentOfTheCallerDoesNotMatter) {
-    constexpr std::uint32_t kStep = 2531;
-    const FloatEnvironment before = FloatEnvironmentNow();
-    for (const FloatEnvironment& environment : kFloatEnvironments) {
-        std::uint64_t hash = kNothing;
-        bool kept = true;
-        SwitchTo(environment);
-        const FloatEnvironment switched = FloatEnvironmentNow();
-        for (std::uint32_t code = 0; code < 1 << 24; code += kStep) {
-            AddTo(hash, StudioYuv(ColorOf(code)));
-            kept = kept && FloatEnvironmentNow() == switched;
-        }
-        ComputeWithX87();
-        SwitchTo(before);
-        SCOPED_TRACE(testing::Message() << std::hex << environment.x87_control << " "
-                                        << environment.x87_status << " " << environment.mxcsr);
-        EXPECT_EQ(switched.x87_control, environment.x87_control);
-        EXPECT_EQ(switched.x87_status, environment.x87_status);
-        EXPECT_TRUE(kept);
-        EXPECT_EQ(hash, kSomeColors);
-    }
 }
 
 }  // namespace

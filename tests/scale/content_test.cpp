@@ -10,7 +10,6 @@
 namespace pxb::test {
 namespace {
 
-constexpr int kScaled[] = {PXB_RGB24, PXB_RGB32, PXB_YV12, PXB_YUY2, PXB_I420, PXB_RGB8};
 constexpr std::int32_t kSteady[] = {0, 1, 5, 6};  // modes without faded borders
 
 Image Resized(const Image& src, Size size, std::int32_t mode) {
@@ -42,53 +41,6 @@ void InEveryVariant(const Check& check) {
 
 // ---- Facts ----
 
-// Mode 2 fades where an axis does not shrink; the packed route has no modes.
-TEST(ScaledContent, OneColorStaysExceptAtFadedBorders) {
-    constexpr Size kSizes[] = {{6, 4}, {30, 22}, {64, 48}, {202, 30}};
-    InEveryVariant([&] {
-        for (const int format : kScaled)
-            for (const Size from : kSizes)
-                for (const Size to : kSizes)
-                    for (const std::int32_t mode : {0, 1, 2, 5, 6}) {
-                        if (!IsFor(mode, from, to)) continue;
-                        SCOPED_TRACE(Name(format, from, to, mode));
-                        Image src(format, from), wanted(format, to);
-                        PxbFillColor(&src.record, 0xFFC8E1);
-                        PxbFillColor(&wanted.record, 0xFFC8E1);
-                        const Image dst = Resized(src, to, mode);
-                        const bool fades = mode == 2 && format != PXB_YUY2;
-                        const bool across = fades && to.width >= from.width;
-                        const bool down = fades && to.height >= from.height;
-                        EXPECT_EQ(dst == wanted, !across && !down);
-                        const int x = to.width / 2, y = to.height / 2, color = *wanted.At(x, y);
-                        EXPECT_EQ(*dst.At(x, y), color);
-                        EXPECT_EQ(*dst.At(to.width - 1, y) < color, across);
-                        EXPECT_EQ(*dst.At(x, to.height - 1) < color, down);
-                    }
-    });
-}
-
-// A 4:2:0 image with its two planes of chroma exchanged.
-Image Swapped(const Image& from, int format) {
-    Image to(format, {from.record.width, from.record.height});
-    const int luma = from.record.stride * from.record.height;
-    std::vector<Byte> bytes = from.First(luma * 3 / 2);
-    std::rotate(bytes.begin() + luma, bytes.begin() + luma * 5 / 4, bytes.end());
-    std::memcpy(to.record.data, bytes.data(), bytes.size());
-    return to;
-}
-
-TEST(ScaledContent, BothOrdersOfPlanesScaleAlike) {
-    const Size from = {62, 44};
-    const Image i420(PXB_I420, from, 1), yv12 = Swapped(i420, PXB_YV12);
-    InEveryVariant([&] {
-        for (const std::int32_t mode : {0, 1, 2, 3, 4, 5, 6})
-            for (const Size to : {Size{26, 18}, Size{90, 70}, Size{14, 40}})
-                EXPECT_TRUE(Resized(yv12, to, mode) == Swapped(Resized(i420, to, mode), PXB_YV12))
-                    << Name(PXB_I420, from, to, mode);
-    });
-}
-
 TEST(ScaledContent, WholeFactorsRepeatOrPickPixels) {
     InEveryVariant([] {
         for (const int format : {PXB_RGB24, PXB_RGB32, PXB_RGB8})
@@ -107,25 +59,6 @@ TEST(ScaledContent, WholeFactorsRepeatOrPickPixels) {
                     }
                 EXPECT_TRUE(repeats && picks) << kFormatNames[format] << ", " << factor;
             }
-    });
-}
-
-// In 24-bit pixels the last but one column shows the last.
-TEST(ScaledContent, TheSameSizeReproducesThePicture) {
-    InEveryVariant([] {
-        for (const int format : kScaled)
-            for (const std::int32_t mode : {0, 1, 5})
-                for (const Size size : {Size{2, 2}, Size{40, 6}, Size{302, 8}}) {
-                    const Image src(format, size, 1);
-                    const Image dst = Resized(src, size, mode);
-                    std::size_t bytes = std::size_t(src.record.stride) * size.height;
-                    if (format == PXB_YV12 || format == PXB_I420) bytes = bytes * 3 / 2;
-                    std::vector<Byte> wanted = src.First(bytes);
-                    for (int y = 0; format == PXB_RGB24 && mode != 0 && y < size.height; ++y)
-                        std::memcpy(&wanted[y * src.record.stride + 3 * (size.width - 2)],
-                                    src.At(size.width - 1, y), 3);
-                    EXPECT_EQ(dst.First(bytes), wanted) << Name(format, size, size, mode);
-                }
     });
 }
 

@@ -76,6 +76,9 @@ int LiveAllocations() {
 FailingAllocation::FailingAllocation(int number) {
     countdown = number;
 }
+bool FailingAllocation::HasFailed() const {
+    return countdown == kNever;
+}
 FailingAllocation::~FailingAllocation() {
     countdown = kNever;
 }

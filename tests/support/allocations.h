@@ -11,6 +11,7 @@ class FailingAllocation {
   public:
     explicit FailingAllocation(int number);
     ~FailingAllocation();
+    bool HasFailed() const;  // since there were as many allocations
     FailingAllocation(const FailingAllocation&) = delete;
     FailingAllocation& operator=(const FailingAllocation&) = delete;
 };

@@ -1,0 +1,141 @@
+// The readers of the tool: whatever a file holds, they refuse it with one line that names it, or give
+// pictures as large as they say, which written and read again are the same.
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "error.h"
+#include "file_types.h"
+#include "fuzz/properties.h"
+#include "tools/picture_bytes.h"
+
+namespace pxb::test {
+namespace {
+
+using tool::FileType, tool::InputFile, tool::OutputFile, tool::Picture, tool::RawLayout,
+    tool::Video;
+
+// A file that goes away.
+class Scratch {
+  public:
+    explicit Scratch(const std::string& name)
+        : path_((std::filesystem::temp_directory_path() /
+                 ("pxb_fuzz_" + std::to_string(getpid()) + "_" + name))
+                    .string()) {}
+    ~Scratch() { std::filesystem::remove(path_); }
+    Scratch(const Scratch&) = delete;
+    Scratch& operator=(const Scratch&) = delete;
+    const std::string& Path() const { return path_; }
+    void Put(const std::string& bytes) const { std::ofstream(path_, std::ios::binary) << bytes; }
+    std::string Get() const {
+        std::ifstream file(path_, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+  private:
+    std::string path_;
+};
+
+struct ReadFile {
+    Video video;
+    std::vector<std::string> frames;
+};
+
+ReadFile ReadAll(const FileType& type, const std::string& path, const RawLayout& layout) {
+    InputFile input(path);
+    std::vector<std::string> frames;
+    const Video video = type.read(
+        input, layout, [&](const Video& header, const Picture& picture, std::int64_t number) {
+            Expect(number == static_cast<std::int64_t>(frames.size()), "number of the frame");
+            Expect(picture.format() == header.format && picture.size().width == header.size.width &&
+                       picture.size().height == header.size.height,
+                   "a picture unlike the header");
+            frames.push_back(tool::Visible(picture));
+            return frames.size() < 4;
+        });
+    return {video, frames};
+}
+
+// A small file as the writer makes it.
+void WriteAny(Bytes& bytes, const FileType& type, const std::string& path, RawLayout* layout) {
+    const auto count = static_cast<int>(type.formats.size());
+    const PixelFormat format = type.formats[bytes.Below(count)];
+    const Video video = {format, {bytes.Between(1, 9), bytes.Between(1, 5)}};
+    if (type.name == "raw") layout->size = video.size, layout->format = format;
+    OutputFile output(path);
+    for (int number = 0; number < (type.many_frames ? bytes.Between(1, 2) : 1); ++number)
+        type.write(output, video, Picture(path, format, video.size), number);
+    output.Commit();
+}
+
+// Of a file that is already there.
+void Damage(Bytes& bytes, const Scratch& file) {
+    std::string all = file.Get();
+    if (bytes.OneIn(4)) all.resize(bytes.Below(static_cast<int>(all.size()) + 1));
+    for (int count = bytes.Below(4); count > 0 && !all.empty(); --count) {
+        const auto near = std::min<std::size_t>(all.size(), bytes.OneIn(4) ? 65536 : 64);
+        const int at = bytes.Below(static_cast<int>(near));
+        const std::string digits = bytes.OneIn(2) ? std::to_string(bytes.Take(4)) : std::string();
+        const auto byte = static_cast<char>(bytes.Take(1));
+        all.replace(at, 1, digits.empty() ? std::string(1, byte) : digits);
+    }
+    file.Put(all + bytes.Rest());
+}
+
+void ExpectTheSameAgain(const FileType& type, const ReadFile& read, const RawLayout& layout) {
+    const Scratch again("again");
+    OutputFile output(again.Path());
+    int number = 0;
+    for (const std::string& frame : read.frames) {
+        Picture picture(again.Path(), read.video.format, read.video.size);
+        const char* next = frame.data();
+        for (const tool::Plane& plane : picture.Planes())
+            for (std::int64_t y = 0; y < plane.rows; ++y, next += plane.row_bytes)
+                std::copy_n(next, plane.row_bytes, picture.Row(plane, y));
+        type.write(output, read.video, picture, number++);
+    }
+    output.Commit();
+    const ReadFile second = ReadAll(type, again.Path(), layout);
+    Expect(second.frames == read.frames, "written and read again, it differs");
+}
+
+void FuzzReader(const FileType& type, Bytes& bytes) {
+    const Scratch file("read");
+    RawLayout layout;
+    if (bytes.OneIn(4))
+        file.Put(std::string(type.magic.empty() ? "" : type.magic[0]) + bytes.Rest());
+    else
+        WriteAny(bytes, type, file.Path(), &layout), Damage(bytes, file);
+    if (bytes.OneIn(8)) layout.size = {bytes.Between(1, 300), bytes.Between(1, 300)};
+    ReadFile read;
+    try {
+        read = ReadAll(type, file.Path(), layout);
+    } catch (const tool::Error& error) {
+        Expect(std::string(error.what()).starts_with(file.Path() + ": "), error.what());
+        return;
+    }
+    if (type.name == "raw") layout = {read.video.size, read.video.format};
+    if (!read.frames.empty()) ExpectTheSameAgain(type, read, layout);
+}
+
+constexpr const char* kTypes[] = {"y4m", "pnm", "bmp", "raw", "png"};
+
+template <int kType>
+void FuzzReaderOf(Bytes& bytes) {
+    FuzzReader(*tool::FindFileType(kTypes[kType]), bytes);
+}
+
+}  // namespace
+
+std::span<const Property> Properties() {
+    constexpr int kTrials = 2000;
+    static constexpr Property kProperties[] = {
+        {kTypes[0], FuzzReaderOf<0>, kTrials}, {kTypes[1], FuzzReaderOf<1>, kTrials},
+        {kTypes[2], FuzzReaderOf<2>, kTrials}, {kTypes[3], FuzzReaderOf<3>, kTrials},
+        {kTypes[4], FuzzReaderOf<4>, kTrials},
+    };
+    return std::span(kProperties).first(PXB_TOOL_HAS_PNG ? 5 : 4);
+}
+
+}  // namespace pxb::test
