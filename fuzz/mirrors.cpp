@@ -15,7 +15,9 @@ class Mirror {
         const Int width = r.right - r.left;
         if (!HasPixelsByModel(image) || (across_ && image.format == PXB_RGB8)) return;
         const Area luma = {0, stride, r.left, r.top, width, r.bottom};
-        if (across_ && image.format == PXB_YUY2)
+        if (!across_)
+            ExchangeRows(luma, bytes);
+        else if (image.format == PXB_YUY2)
             ReverseGroups(luma);
         else
             Exchange(luma, bytes, width);
@@ -23,16 +25,20 @@ class Mirror {
         luma_end_ = stride * image.height;
         const Int u = luma_end_, v = u + (across_ ? image.height / 2 * (stride / 2) : u / 4);
         const Int chroma_width = across_ ? r.right / 2 - r.left / 2 : width / 2;
-        for (const Int plane : {u, v})
-            Exchange({plane, stride / 2, r.left / 2, r.top / 2, chroma_width,
-                      r.top / 2 + (r.bottom - r.top) / 2},
-                     1, width / 4);
+        for (const Int plane : {u, v}) {
+            const Area chroma = {plane,     stride / 2,   r.left / 2,
+                                 r.top / 2, chroma_width, r.top / 2 + (r.bottom - r.top) / 2};
+            across_ ? Exchange(chroma, 1, width / 4) : ExchangeRows(chroma, 1);
+        }
     }
 
     Visited WhatIsVisited() const {
         Visited visited;
         for (const Move& move : moves_)
             (move.to < luma_end_ ? visited.luma : visited.chroma).Add(move.to, move.bytes);
+        for (const Move& rows : exchanged_rows_)
+            for (const Int at : {rows.to, rows.from})
+                (at < luma_end_ ? visited.luma : visited.chroma).Add(at, rows.bytes);
         return visited;
     }
 
@@ -43,6 +49,11 @@ class Mirror {
         const Byte* next = before.data();
         for (const Move& move : moves_)
             std::memcpy(data + move.to, next, move.bytes), next += move.bytes;
+        for (const auto& [to, from, bytes] : exchanged_rows_) {
+            const std::vector<Byte> scratch(data + to, data + to + bytes);
+            std::memmove(data + to, data + from, scratch.size());
+            std::copy(scratch.begin(), scratch.end(), data + from);
+        }
     }
 
   private:
@@ -53,15 +64,19 @@ class Mirror {
         Int plane, stride, left, top, width, bottom;
         Int At(Int x, Int y, Int bytes) const { return plane + y * stride + (left + x) * bytes; }
     };
-    // Rows, or in each row the first `count` pixels with the last ones.
+    // In each row the first `count` pixels with the last ones.
     void Exchange(const Area& a, Int bytes, Int count) {
         for (Int y = a.top; y < a.bottom; ++y)
             for (Int x = 0; x < a.width; ++x) {
-                const bool moves = across_ && (x < count || x >= a.width - count);
-                const Int from_x = moves ? a.width - 1 - x : x;
-                const Int from_y = across_ ? y : a.top + a.bottom - 1 - y;
-                moves_.push_back({a.At(x, y, bytes), a.At(from_x, from_y, bytes), bytes});
+                const bool moves = x < count || x >= a.width - count;
+                const Int from = moves ? a.width - 1 - x : x;
+                moves_.push_back({a.At(x, y, bytes), a.At(from, y, bytes), bytes});
             }
+    }
+    // One pair after another: rows may overlap.
+    void ExchangeRows(const Area& a, Int bytes) {
+        for (Int y = a.top, other = a.bottom - 1; y < other && a.width * bytes > 0; ++y, --other)
+            exchanged_rows_.push_back({a.At(0, y, bytes), a.At(0, other, bytes), a.width * bytes});
     }
     void ReverseGroups(const Area& a) {
         for (Int y = a.top; y < a.bottom; ++y)
@@ -75,7 +90,7 @@ class Mirror {
 
     const bool across_;
     Int luma_end_ = INT64_MAX;
-    std::vector<Move> moves_;
+    std::vector<Move> moves_, exchanged_rows_;
 };
 
 Rect WholeByModel(const ImageBuffer& image) {
@@ -133,15 +148,16 @@ void CheckMirror(Stage& stage, Flip flip, ImageBuffer image, const Rect* rect, b
 }
 
 void FuzzMirrors(Bytes& bytes) {
-    constexpr int kBits[] = {-8, 0, 7, 8, 16, 24, 31, 32};
+    constexpr int kBits[] = {-8, 0, 7, 8, 15, 16, 24, 31, 32, 40, 64};
     const Flip flip = bytes.OneIn(2) ? PxbFliphorizontal : PxbFlipvertical;
     const int format = bytes.OneIn(16) ? AnyFormat(bytes) : bytes.Between(1, PXB_YUV422);
     const Size size = AnySize(bytes);
     ImageBuffer image = AnyRecord(bytes, format, size), alpha = AnyRecord(bytes, PXB_RGB8, size);
     if (format == PXB_YUV422) image.bitsPerPixel = 16, image.stride *= 2;
-    if (bytes.OneIn(12) && !Is420(format)) {  // which rule upside down; rows do not overlap
+    if (bytes.OneIn(12) && !Is420(format)) {  // which rule upside down, even where rows overlap
         image.bitsPerPixel = bytes.Pick(kBits);
-        image.stride = (image.stride < 0 ? -4 : 4) * (size.width + bytes.Below(3));
+        const bool overlaps = flip == PxbFlipvertical && bytes.OneIn(2);
+        image.stride = overlaps ? bytes.Between(-9, 9) : 8 * (size.width + bytes.Below(3));
     }
     if (bytes.OneIn(4)) alpha = AnyRecord(bytes, bytes.Between(1, PXB_YUV422), size);
     if (bytes.OneIn(4)) image.alpha = &alpha;

@@ -1,5 +1,4 @@
-// What readers make of files: of our own writers', and of hand-made ones with the less common parts
-// of each type.
+// What readers make of hand-made files with the less common parts of each type.
 #include <string>
 #include <vector>
 
@@ -30,34 +29,6 @@ VideoFrames ReadAll(const std::string& path, const RawLayout& layout = {}) {
 }
 
 class Reading : public ScratchFolder {};
-
-TEST_F(Reading, EveryTypeGivesBackWhatItWrote) {
-    for (const FileType& type : FileTypes())
-        for (const PixelFormat format : type.formats)
-            for (const Size size : {Size{1, 1}, Size{5, 3}, Size{8, 2}, Size{17, 9}}) {
-                if (type.name == "png" && !kHasPng) continue;
-                SCOPED_TRACE(testing::Message()
-                             << type.name << " " << FormatName(format) << " " << ToString(size));
-                const Video video{format, size};
-                const int count = type.many_frames ? 3 : 1;
-                const std::string path = Path("file." + std::string(type.name));
-                std::vector<std::string> pixels;
-                OutputFile output(path);
-                for (int number = 0; number < count; ++number) {
-                    const Picture picture = NoisyPicture(format, size, 1 + number);
-                    pixels.push_back(Visible(picture));
-                    type.write(output, video, picture, number);
-                }
-                output.Commit();
-
-                RawLayout layout;
-                if (type.name == "raw") layout = {size, format};
-                const VideoFrames read = ReadAll(path, layout);
-                EXPECT_EQ(read.video.format, format);
-                EXPECT_EQ(ToString(read.video.size), ToString(size));
-                EXPECT_EQ(read.pixels, pixels);
-            }
-}
 
 std::string FromHex(std::string_view hex) {
     std::string bytes;

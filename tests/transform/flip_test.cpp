@@ -1,4 +1,4 @@
-// Both mirrors: by hand, every rectangle of small images, large images, and rows that overlap.
+// Both mirrors: by hand, every rectangle of small images, and large images.
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -64,28 +64,6 @@ TEST(Flip, MirrorsLargeImages) {
         ASSERT_EQ(PxbFliphorizontal(&image.record, nullptr), PXB_SUCCESS);
         ASSERT_TRUE(image == expected) << variant.name;
     }
-}
-
-// `bitsPerPixel` of the record decides how many bytes move, even where rows then overlap.
-TEST(Flip, TurnsPixelsOfTheRecordsSize) {
-    constexpr int kSize = 256, kMiddle = 128;
-    for (const int bits : {-8, 0, 7, 8, 15, 16, 24, 40, 64})
-        for (int stride = -9; stride <= 9; ++stride)
-            for (int height = 1; height <= 5; ++height) {
-                std::vector<Byte> memory = Noise(kSize, 3), expected = memory;
-                ImageBuffer image = {&memory[kMiddle], bits, stride, 5, height, PXB_RGB24, nullptr};
-                const Rect rect = {1, 0, 4, height};
-                ASSERT_EQ(PxbFlipvertical(&image, &rect), PXB_SUCCESS);
-                const int bytes = std::max(bits / 8, 0);
-                for (int i = 0; i < height - 1 - i; ++i) {
-                    Byte* const row = &expected[kMiddle + bytes + i * stride];
-                    Byte* const other = &expected[kMiddle + bytes + (height - 1 - i) * stride];
-                    const std::vector<Byte> scratch(row, row + 3 * bytes);
-                    std::memmove(row, other, scratch.size());
-                    std::copy(scratch.begin(), scratch.end(), other);
-                }
-                ASSERT_EQ(memory, expected) << bits << " bits, stride " << stride << ", " << height;
-            }
 }
 
 }  // namespace
