@@ -174,7 +174,8 @@ struct ConversionCall {
 };
 
 void CheckConversion(Stage& stage, ConversionCall call) {
-    auto& [dst, src, has_dst, has_src, in_place] = call;
+    ImageBuffer &dst = call.dst, &src = call.src;
+    const bool in_place = call.in_place && call.has_dst && call.has_src;
     const bool converts = AnswerOfConversion(dst.format, src.format) == PXB_SUCCESS;
     const ConversionWalk walk(dst, src);
     const Visited by_dst = converts ? walk.Of(dst) : Visited{};
@@ -186,29 +187,28 @@ void CheckConversion(Stage& stage, ConversionCall call) {
         stage.Write(alpha, VisitedByChannel(alpha, alpha, src, 1));
     }
     stage.Write(dst, by_dst);
-    if (in_place)
+    if (call.in_place)
         src.data = dst.data;
     else
         stage.Read(src, by_src);
-    if (!has_dst) dst.data = nullptr;
-    if (!has_src) src.data = nullptr;
+    if (!call.has_dst) dst.data = nullptr;
+    if (!call.has_src) src.data = nullptr;
     const Span span = by_src.All();
     stage.Compare(
         [&](::Processor processor) {
-            return in_place && has_dst && has_src && !span.IsEmpty()
-                       ? ConversionInPlace(dst, src, span, processor)
-                       : ConversionByReference(dst, src, processor);
+            return in_place && !span.IsEmpty() ? ConversionInPlace(dst, src, span, processor)
+                                               : ConversionByReference(dst, src, processor);
         },
         [&] { return CallExport(PxbColorSpaceConv, &dst, &src); },
         IsRgb(dst.format) && !IsRgb(src.format));
 }
 
 void CheckChannel(Stage& stage, ConversionCall call, int channel) {
-    auto& [dst, src, has_dst, has_src, in_place] = call;
+    ImageBuffer &dst = call.dst, &src = call.src;
     stage.Write(dst, VisitedByChannel(dst, dst, src, channel));
     stage.Read(src, VisitedByChannel(src, dst, src, channel));
-    if (!has_dst) dst.data = nullptr;
-    if (!has_src) src.data = nullptr;
+    if (!call.has_dst) dst.data = nullptr;
+    if (!call.has_src) src.data = nullptr;
     stage.Compare([&](::Processor) { return ChannelByReference(dst, src, channel); },
                   [&] { return CallExport(PxbChannelGet, &dst, &src, channel); });
 }
@@ -221,12 +221,13 @@ Size AtLeast(Bytes& bytes, Size size) {
     return size;
 }
 
-FormatPair AnyPair(Bytes& bytes) {
+// From and to.
+std::pair<int, int> AnyPair(Bytes& bytes) {
     static const std::vector<FormatPair> pairs = PairsThatConvert();
     const FormatPair pair = pairs[bytes.Below(static_cast<int>(pairs.size()))];
-    if (!bytes.OneIn(12)) return pair;
+    if (!bytes.OneIn(12)) return {pair.from, pair.to};
     const int from = AnyFormat(bytes), to = AnyFormat(bytes);
-    return {static_cast<PixelFormat>(from), static_cast<PixelFormat>(to)};
+    return {from, to};
 }
 
 void MaybeRefused(Bytes& bytes, ConversionCall& call) {

@@ -48,7 +48,7 @@ class Mirror {
             before.insert(before.end(), data + move.from, data + move.from + move.bytes);
         const Byte* next = before.data();
         for (const Move& move : moves_)
-            std::memcpy(data + move.to, next, move.bytes), next += move.bytes;
+            std::copy_n(next, move.bytes, data + move.to), next += move.bytes;
         for (const auto& [to, from, bytes] : exchanged_rows_) {
             const std::vector<Byte> scratch(data + to, data + to + bytes);
             std::memmove(data + to, data + from, scratch.size());
