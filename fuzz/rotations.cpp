@@ -52,12 +52,18 @@ std::int32_t RotationByReference(const ImageBuffer& dst, const ImageBuffer& src,
     return dst.alpha && src.alpha ? RotationByReference(*dst.alpha, *src.alpha, turn) : answer;
 }
 
+// By itself: the guard gives back the x87 registers as they were, so none may be in use around it.
+__attribute__((noinline)) void ComputeTurn(Turn* turn) {
+    plain::ComputeSineAndCosine((turn->angle / 180.0) * 3.1415926535898, &turn->sine, &turn->cosine);
+}
+
 }  // namespace
 
 Turn TurnOf(int angle) {
+    Turn turn;
+    turn.angle = angle;
     const FloatGuard guard;
-    Turn turn = {angle, 0, 0};
-    plain::ComputeSineAndCosine((angle / 180.0) * 3.1415926535898, &turn.sine, &turn.cosine);
+    ComputeTurn(&turn);
     return turn;
 }
 
