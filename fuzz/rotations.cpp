@@ -16,7 +16,8 @@ constexpr bool IsPlanar(int format) {
 // the source.
 void KeepWithinSource(ImageBuffer& dst, const ImageBuffer& src, int angle) {
     if (IsPlanar(dst.format)) return;
-    const int across = src.width * src.bitsPerPixel / std::max(dst.bitsPerPixel, 1);
+    const Int all_bits = Int{src.width} * src.bitsPerPixel;
+    const int across = static_cast<int>(all_bits / std::max(dst.bitsPerPixel, 1));
     const auto cut = [&](int width, int height) {
         dst.width = std::min(dst.width, width), dst.height = std::min(dst.height, height);
     };
