@@ -11,6 +11,7 @@ packages_test=(
     clang lld                           # programs for Microsoft's ABI
     googletest                          # as source: built for each target
     qemu-user python3 clang-format clang-tidy
+    libxxhash-dev                       # the manifest's hash, from its header
     nlohmann-json3-dev)                 # the benchmark, without its peers
 packages_format=(clang-format)
 packages_bench=(
