@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "scale/source_table.h"
-#include "support/variants.h"
 
 namespace pxb::test {
 namespace {
@@ -18,17 +17,6 @@ std::vector<SourcePoint> TableOf(const Axis& axis, Filter filter, bool tight = f
     std::vector<SourcePoint> points(axis.count, SourcePoint{-77, {1, 2, 3, 4}});
     kSourceTable.Choose()(points.data(), axis.count, axis.source, filter, tight);
     return points;
-}
-
-std::uint32_t HashOf(const std::vector<SourcePoint>& points) {
-    std::uint64_t hash = 0xCBF29CE484222325;
-    const auto add = [&](std::uint32_t byte) { hash = (hash ^ (byte & 255)) * 0x100000001B3; };
-    for (const SourcePoint& point : points) {
-        for (const int shift : {0, 8, 16, 24})
-            add(static_cast<std::uint32_t>(point.first) >> shift);
-        for (const Byte weight : point.weight) add(weight);
-    }
-    return static_cast<std::uint32_t>(hash ^ hash >> 32);
 }
 
 using FirstAndWeight = std::array<int, 2>;
@@ -89,36 +77,6 @@ TEST(SourceTables, HoldSplineWeights) {
             found.push_back({p.first, p.weight[0], p.weight[1], p.weight[2], p.weight[3]});
         EXPECT_EQ(found, c.wanted) << c.axis.count << " of " << c.axis.source;
     }
-}
-
-// Long tables, where each addition to the position rounds.
-constexpr struct {
-    Axis axis;
-    std::uint32_t nearest, bilinear, tight, faded, spline;  // spline: where it shrinks
-} kPinned[] = {
-    {{1280, 1920}, 0x42C4CAC8, 0xBD3F8A70, 0xDF9C8A30, 0xBD3F8A70, 0xBA28BAF9},
-    {{1920, 1280}, 0xFDCB7DE3, 0xFC7C3F1A, 0xE4799A14, 0xFE50F603, 0},
-    {{1999, 1000}, 0x393AD19B, 0xE7D1D6C7, 0xB36A6CC9, 0xB3AB54CF, 0},
-    {{1000, 1999}, 0xA06E4ECD, 0x01EE68A7, 0x75BAD841, 0x01EE68A7, 0xCD534B2F},
-    {{997, 32603}, 0xE2DB7DA8, 0xC88ACDB5, 0xC88ACDB5, 0xC88ACDB5, 0x57C0BF6B},
-    {{32749, 3}, 0x6DF563DC, 0x75C78CB8, 0x23E6C18E, 0x86313D67, 0},
-    {{7919, 104729}, 0x7D7D9EA6, 0x11A04837, 0x11A04837, 0x11A04837, 0xB1799710},
-};
-
-TEST(SourceTables, AreTheSameOnEveryBuild) {
-    for (const auto& pinned : kPinned)
-        for (const Variant& variant : RunnableVariants()) {
-            SCOPED_TRACE(testing::Message() << variant.name << ": " << pinned.axis.count << " of "
-                                            << pinned.axis.source);
-            const ForcedProcessor forced(variant.words);
-            EXPECT_EQ(HashOf(TableOf(pinned.axis, Filter::kNearest)), pinned.nearest);
-            EXPECT_EQ(HashOf(TableOf(pinned.axis, Filter::kBilinear)), pinned.bilinear);
-            EXPECT_EQ(HashOf(TableOf(pinned.axis, Filter::kBilinear, true)), pinned.tight);
-            EXPECT_EQ(HashOf(TableOf(pinned.axis, Filter::kFaded)), pinned.faded);
-            if (pinned.spline) {
-                EXPECT_EQ(HashOf(TableOf(pinned.axis, Filter::kSpline)), pinned.spline);
-            }
-        }
 }
 
 }  // namespace
