@@ -104,7 +104,7 @@ class Even : public Blocks {
     const Register order_;
 };
 
-#else
+#elif defined(PXB_TARGET_AVX512)
 
 // What permutations of two registers of source put first, and second.
 struct EvenControls {
