@@ -177,7 +177,11 @@ void Resize(Scene& scene, const Layout& layout, int mode, const Sizes& sizes, bo
     constexpr int kOtherModes[] = {7, -1, INT32_MIN};
     if (mode == 7) mode = kOtherModes[scene.Draw(0, 2, "mode")];
     const Size to = {scene.Draw(sizes.least_width, sizes.most_width), scene.Draw(1, sizes.rows)};
-    const Size from = {Related(scene, to.width), Related(scene, to.height)};
+    Size from = {Related(scene, to.width), Related(scene, to.height)};
+    if (sizes.slack) {  // of pairs of pixels, and odd ones beside them
+        const int factor = 2 * scene.Draw(1, 2);
+        from = {to.width / 2 * 2 * factor + scene.Draw(0, sizes.slack), to.height * factor};
+    }
     ImageBuffer* const dst = scene.Add({layout.format, to, layout.dst_bits});
     ImageBuffer* const src = scene.Add({layout.format, from, layout.src_bits});
     if (scene.OneIn(6)) {
@@ -191,7 +195,8 @@ void Resize(Scene& scene, const Layout& layout, int mode, const Sizes& sizes, bo
 }
 
 void AddScaling(Groups& groups) {
-    constexpr Sizes kAny = {"any", 1, 70, 24, 0}, kLong = {"wide", 71, 400, 24, 0};
+    constexpr Sizes kAny = {"any", 1, 70, 24, 0}, kLong = {"wide", 71, 400, 24, 0},
+                    kEven = {"even", 2, 200, 12, 1};
     for (const Layout& layout : kLayouts)
         for (int mode = 0; mode < 8; ++mode) {
             const bool reads_mode = layout.format != PXB_YUY2 && layout.format < PXB_YUV422;
@@ -202,6 +207,7 @@ void AddScaling(Groups& groups) {
             };
             add("resize", kAny, false);
             add("resize", kLong, false);
+            if (mode < 3) add("resize", kEven, false);
             add("resizeEx", kAny, true);
         }
 }
