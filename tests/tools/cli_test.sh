@@ -60,6 +60,8 @@ refused "--size: 65536x65536x2" testcard out.y4m --size 65536x65536x2
 refused "size: 65536x65536" testcard out.y4m --size 65536x65536
 refused "--format: YUV9" info card.i420 --size 4x4 --format YUV9
 refused "--mode: cubic: is not one of 0 nearest" resize card.bmp out.bmp --size 9x9 --mode cubic
+pxb convert card.y4m card.rgb24
+refused "--mode: 6 (shrink)" resize card.rgb24 out.bmp --in-size 101x75 --size 202x150 --mode 6 --frame 1
 refused "--to-rect: 0,0,9: should be L,T,R,B" resize card.bmp out.bmp --size 9x9 --mode 1 --to-rect 0,0,9
 refused "--size is required" resize card.bmp out.bmp --mode 1
 refused "--channel" channel card.bmp out.bmp --channel 6
@@ -70,6 +72,7 @@ refused "--rect: 0,0,102,75" flip card.y4m out.y4m --vertical --rect 0,0,102,75
 refused "--angle" rotate card.bmp out.bmp
 refused "--angle" rotate card.bmp out.bmp --angle 30.5
 refused "--frames: 3" testcard out.bmp --frames 3
+refused "--threads" convert card.y4m out.bmp --threads 0
 refused "absent file.y4m: open" info $'absent\nfile.y4m'
 
 if [ -z "$runner" ]; then
@@ -100,9 +103,22 @@ if [ -z "$runner" ]; then
         fail "a link was replaced"
     expect "$(wc -c <card.i420)" 6
 
-    # Interrupted while it waits for the rest of the second frame.
+    pxb convert --help | grep -q "for each processor" && threads="--threads 2"
     pxb testcard large.y4m --frames 2
-    "$program" convert - out.y4m <pipe & writer=$!
+    frame_bytes=$((768 * 576 * 3 / 2))
+
+    # A terminal is told of progress after half a second, and nothing else is.
+    for terminal in "script -qec" "bash -c"; do
+        { cat large.y4m; sleep 0.6; tail -c $((frame_bytes + 6)) large.y4m; } >pipe &
+        timeout 20 $terminal "'$program' convert pipe out.i420 $threads" /dev/null </dev/null \
+            >"$message" 2>&1
+        expect "$terminal: $? $(grep -c "[23] frames, .* a second" "$message")" \
+            "$terminal: 0 $([ "$terminal" = "bash -c" ]; echo $?)"
+        expect "$(wc -c <out.i420)" $((3 * frame_bytes))
+    done
+
+    # Interrupted while it waits for the rest of the second frame.
+    "$program" convert - out.y4m $threads <pipe & writer=$!
     exec 3>pipe
     cat large.y4m >&3
     for _ in $(seq 100); do compgen -G "out.y4m.pxb-*" >/dev/null && break; sleep 0.05; done

@@ -11,7 +11,8 @@
 
 namespace pxb::tool {
 
-// Paths; "-" is standard input or output. `type` names the output's type where its extension does
+// Paths; "-" is standard input or output, and a pattern such as out-%04d.png a series of files, one
+// a frame. `type` names the output's type where its extension does
 // not.
 struct OutputOptions {
     std::string path, type;
@@ -23,6 +24,7 @@ struct InputOptions {
     std::string path;
     RawLayout layout;
     std::optional<std::int64_t> frame;  // this one alone
+    int threads = 1;                    // that work on frames, at most MostThreads()
 };
 
 // A picture to be blended over others.

@@ -55,7 +55,7 @@ std::span<const FileType> FileTypes() {
     // clang-format off
     static const FileType types[] = {
         {"y4m", "YUV4MPEG2 video", {"y4m"}, {"YUV4MPEG2"},
-         {PXB_I420, PXB_YUV422, PXB_RGB8}, true, ReadY4m, WriteY4m},
+         {PXB_I420, PXB_YUV422, PXB_RGB8}, true, ReadY4m, WriteY4m, NextY4mFrame},
         {"png", "PNG picture", {"png"}, {"\x89PNG\r\n\x1a\n"},
          {PXB_RGB24, PXB_RGB8, PXB_RGB32}, false, ReadPng, WritePng},
         {"pnm", "PNM picture", {"pnm"}, {"P2", "P3", "P5", "P6"},
@@ -67,7 +67,7 @@ std::span<const FileType> FileTypes() {
         {"raw", "file of raw frames",
          {"raw", "yuv", "rgb", "rgb24", "rgb32", "yv12", "yuy2", "i420", "rgb8", "yuv422", "ayuv32",
           "nv12"},
-         {}, {kAllFormats.begin(), kAllFormats.end()}, true, ReadRaw, WriteRaw},
+         {}, {kAllFormats.begin(), kAllFormats.end()}, true, ReadRaw, WriteRaw, NextRawFrame},
     };
     // clang-format on
     return types;

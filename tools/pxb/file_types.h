@@ -31,8 +31,8 @@ struct RawLayout {
     std::string_view size_option = "--size";  // how they say it
 };
 
-// Takes the frames one by one, numbered from 0; false: no more are wanted.
-using FrameSink = std::function<bool(const Video&, const Picture&, std::int64_t number)>;
+// Takes the frames one by one, numbered from 0, and may move from them; false: no more are wanted.
+using FrameSink = std::function<bool(const Video&, Picture&, std::int64_t number)>;
 
 struct FileType {
     std::string_view name;                     // for --type
@@ -45,6 +45,9 @@ struct FileType {
     Video (*read)(InputFile&, const RawLayout&, const FrameSink&);
     // Writes one frame; the header comes with frame 0.
     void (*write)(OutputFile&, const Video&, const Picture&, std::int64_t number);
+    // Goes on after a sink that wanted no more: the frame `number`, or nothing behind the last one.
+    // Null where a file holds one frame.
+    std::optional<Picture> (*next)(InputFile&, const Video&, std::int64_t number) = nullptr;
 
     bool Holds(PixelFormat format) const;
 };

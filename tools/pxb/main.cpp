@@ -11,6 +11,7 @@
 #include "commands.h"
 #include "convert.h"
 #include "error.h"
+#include "frame_loop.h"
 #include "geometry.h"
 
 namespace pxb::tool {
@@ -20,11 +21,14 @@ constexpr int kFailed = 2;
 
 constexpr char kExamples[] =
     R"(Files: Y4M video (4:2:0, 4:2:2, mono), PNG, PNM and BMP pictures, and raw frames. The
-extension tells the type, else the first bytes do. `-` is standard input or output.
+extension tells the type, else the first bytes do. `-` is standard input or output. A name with %d,
+or %04d for four digits, means a series of files, one a frame. They are numbered without gaps, new
+ones from 0 on, and each appears as soon as it is complete.
 
 Examples:
   pxb testcard card.y4m                          a test card, 768x576, 4:2:0
   pxb convert card.y4m card.png                  the same as a picture, through the library
+  pxb convert card.y4m card-%04d.png             one picture a frame
   pxb info card.y4m                              its format, planes and strides
   pxb convert shot.yuy2 shot.png --size 600x400  raw frames need their size
   pxb convert photo.png - --type bmp --to RGB32 | pxb convert - photo.nv12
@@ -84,7 +88,7 @@ struct Arguments {
     std::string input, output, size, format, to, type, rect, new_size, mode, from_rect, to_rect;
     std::string overlay, alpha, at = "0,0";
     std::optional<std::int64_t> frame;
-    int frames = 1, channel = 0;
+    int frames = 1, channel = 0, threads = UsualThreads();
     std::int32_t angle = 0;
     bool horizontal = false, vertical = false, unpadded = false;
 
@@ -103,12 +107,21 @@ struct Arguments {
             ->type_name("N")
             ->check(CLI::NonNegativeNumber);
     }
+    void AddThreads(CLI::App& command) {
+        const int most = MostThreads();
+        command
+            .add_option("--threads", threads,
+                        most == 1 ? "always 1: this build has no others"
+                                  : "that work on frames; else one for each processor")
+            ->type_name("N")
+            ->check(CLI::Range(1, most));
+    }
     void AddTo(CLI::App& command, const std::string& otherwise) {
         command.add_option("--to", to, "format of OUT; " + otherwise)->type_name("NAME");
     }
 
     InputOptions Input(std::string_view size_name = "--size") const {
-        InputOptions options{input, {}, frame};
+        InputOptions options{input, {}, frame, threads};
         options.layout.size_option = size_name;
         if (!size.empty()) options.layout.size = ParseSize(size_name, size);
         if (!format.empty()) options.layout.format = ParseFormat("--format", format);
@@ -157,6 +170,7 @@ CLI::App& AddFrameCommand(CLI::App& app, Arguments& arguments, const char* name,
     arguments.AddInput(command, "IN", raw_size);
     arguments.AddOutput(command);
     arguments.AddFrame(command);
+    arguments.AddThreads(command);
     command.footer(kAboutFiles);
     return command;
 }
@@ -268,6 +282,7 @@ void AddBlend(CLI::App& app, Arguments& arguments) {
         ->type_name("L,T,R,B");
     arguments.AddTo(blend, "else that of BACKGROUND if OUT can hold it, else I420 or RGB24");
     arguments.AddFrame(blend);
+    arguments.AddThreads(blend);
     blend.footer(kAboutFiles);
     blend.callback(
         [&arguments] { BlendOver(arguments.Input(), arguments.Overlay(), arguments.Output()); });

@@ -5,6 +5,7 @@
 
 #include "convert.h"
 #include "error.h"
+#include "frame_source.h"
 
 namespace pxb::tool {
 namespace {
@@ -12,14 +13,10 @@ namespace {
 constexpr std::array kBlendable = {PXB_RGB24, PXB_RGB32, PXB_YV12, PXB_YUY2, PXB_I420};
 
 Picture ReadFirst(const std::string& path) {
-    InputFile input(path);
-    std::optional<Picture> first;
-    InputType(input, {}).read(input, {}, [&](const Video&, const Picture& picture, std::int64_t) {
-        first.emplace(CopyOf(input.name(), picture));
-        return false;
-    });
-    if (!first) throw Error(input.name(), "frame", "0", "the file has 0 frames");
-    return std::move(*first);
+    FrameSource source({path, {}, {}});
+    std::optional<Frame> first = source.Next();
+    if (!first) throw Error(source.name(), "frame", "0", "the file has 0 frames");
+    return std::move(first->picture);
 }
 
 Picture MaskOf(const OverlayOptions& options, const Picture& overlay) {
@@ -61,18 +58,21 @@ void Overlay::CheckPlace(const std::string& file, const Picture& picture) const 
                std::string(part_.left % 2 ? "odd" : "even") + " for YUY2");
 }
 
-Picture Overlay::Over(const std::string& file, const Picture& picture) {
+const Picture& Overlay::ConvertedTo(PixelFormat format) {
+    const std::lock_guard lock(converting_);
+    if (!converted_) converted_.emplace(Convert(options_.path, original_, format));
+    return *converted_;
+}
+
+void Overlay::LayOver(const std::string& file, Picture& picture) {
     const PixelFormat format = picture.format();
     if (std::ranges::find(kBlendable, format) == kBlendable.end())
         throw Error(file, "format", FormatName(format),
                     "the library blends RGB24, RGB32, YV12, YUY2 and I420");
     CheckPlace(file, picture);
-    if (!converted_) converted_.emplace(Convert(options_.path, original_, format));
     // RGB32 over RGB32 needs no mask: the fourth bytes of the overlay are its alpha.
     const bool has_own = format == PXB_RGB32 && options_.alpha_path.empty();
-    Picture blended = CopyOf(file, picture);
-    Blend(file, blended, *converted_, has_own ? nullptr : &mask_, options_.at, part_);
-    return blended;
+    Blend(file, picture, ConvertedTo(format), has_own ? nullptr : &mask_, options_.at, part_);
 }
 
 }  // namespace pxb::tool

@@ -1,5 +1,6 @@
 // A picture that is laid over others, with the alpha that says how much of it is seen.
 #pragma once
+#include <mutex>
 #include <optional>
 #include <string>
 
@@ -13,16 +14,19 @@ class Overlay {
     // Reads the overlay and its alpha: the first frame of each file.
     explicit Overlay(const OverlayOptions& options);
 
-    // `picture` with the overlay over it, which is brought into the format of `picture` first.
-    Picture Over(const std::string& file, const Picture& picture);
+    // Over a picture of `file`, in whose format it is brought first. Pictures have the same format,
+    // and may come from several threads.
+    void LayOver(const std::string& file, Picture& picture);
 
   private:
+    const Picture& ConvertedTo(PixelFormat format);
     void CheckPlace(const std::string& file, const Picture& picture) const;
 
     OverlayOptions options_;
     Picture original_;
     Picture mask_;
     Rect part_;
+    std::mutex converting_;
     std::optional<Picture> converted_;
 };
 

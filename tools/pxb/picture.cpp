@@ -46,6 +46,12 @@ Picture::Picture(std::string_view file, PixelFormat format, Size size) : size_(s
 Picture::Picture(Picture&& other) noexcept
     : image_(std::exchange(other.image_, ImageBuffer{})), size_(other.size_) {}
 
+Picture& Picture::operator=(Picture&& other) noexcept {
+    std::swap(image_, other.image_);
+    std::swap(size_, other.size_);
+    return *this;
+}
+
 Picture::~Picture() {
     PxbDelete(&image_);
 }

@@ -16,7 +16,7 @@ class Picture {
     // Black. Refuses extents below 1 and images above 2^31 - 1 bytes in the name of `file`.
     Picture(std::string_view file, PixelFormat format, Size size);
     Picture(Picture&& other) noexcept;
-    Picture& operator=(Picture&&) = delete;
+    Picture& operator=(Picture&& other) noexcept;
     ~Picture();
 
     PixelFormat format() const { return static_cast<PixelFormat>(image_.format); }

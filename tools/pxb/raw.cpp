@@ -46,9 +46,15 @@ Video ReadRaw(InputFile& input, const RawLayout& layout, const FrameSink& sink) 
         throw Error(input.name(), "file size", std::to_string(*input.remaining()) + " bytes",
                     "not a whole number of frames of " + std::to_string(frame_bytes) + " bytes (" +
                         ToString(video.size) + " " + std::string(FormatName(video.format)) + ")");
-    for (std::int64_t number = 0; number == 0 || !input.AtEnd(); ++number)
-        if (!sink(video, ReadFrame(input, video, number), number)) break;
-    return video;
+    for (std::int64_t number = 0;; ++number) {
+        std::optional<Picture> picture = NextRawFrame(input, video, number);
+        if (!picture || !sink(video, *picture, number)) return video;
+    }
+}
+
+std::optional<Picture> NextRawFrame(InputFile& input, const Video& video, std::int64_t number) {
+    if (number > 0 && input.AtEnd()) return std::nullopt;  // no file of raw frames is empty
+    return ReadFrame(input, video, number);
 }
 
 void WriteRaw(OutputFile& output, const Video&, const Picture& picture, std::int64_t) {

@@ -126,11 +126,16 @@ void WriteHeader(OutputFile& output, const Video& video) {
 Video ReadY4m(InputFile& input, const RawLayout&, const FrameSink& sink) {
     const Video video = ReadVideoHeader(input);
     CheckSize(input.name(), video.format, video.size);
-    for (std::int64_t number = 0; !input.AtEnd(); ++number) {
-        ReadParameters(input, kFrame, "frame " + std::to_string(number));
-        if (!sink(video, ReadFrame(input, video, number), number)) break;
+    for (std::int64_t number = 0;; ++number) {
+        std::optional<Picture> picture = NextY4mFrame(input, video, number);
+        if (!picture || !sink(video, *picture, number)) return video;
     }
-    return video;
+}
+
+std::optional<Picture> NextY4mFrame(InputFile& input, const Video& video, std::int64_t number) {
+    if (input.AtEnd()) return std::nullopt;
+    ReadParameters(input, kFrame, "frame " + std::to_string(number));
+    return ReadFrame(input, video, number);
 }
 
 void WriteY4m(OutputFile& output, const Video& video, const Picture& picture, std::int64_t number) {

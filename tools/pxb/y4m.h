@@ -5,6 +5,7 @@
 namespace pxb::tool {
 
 Video ReadY4m(InputFile& input, const RawLayout& layout, const FrameSink& sink);
+std::optional<Picture> NextY4mFrame(InputFile& input, const Video& video, std::int64_t number);
 void WriteY4m(OutputFile& output, const Video& video, const Picture& picture, std::int64_t number);
 
 }  // namespace pxb::tool

@@ -1,0 +1,65 @@
+#include "frame_writer.h"
+
+#include "convert.h"
+#include "error.h"
+
+namespace pxb::tool {
+
+FrameWriter::FrameWriter(const OutputOptions& to)
+    : path_(to.path),
+      type_(OutputType(to.path, to.type)),
+      series_(Series::Find(to.path)),
+      unpadded_(to.unpadded) {
+    if (to.format) Demand(*to.format, "--to");
+}
+
+void FrameWriter::Demand(PixelFormat format, std::string_view field) {
+    wanted_ = format;
+    if (type_.Holds(format)) return;
+    std::string held;
+    for (const PixelFormat known : type_.formats)
+        held.append(held.empty() ? "" : ", ").append(FormatName(known));
+    throw Error(path_, field, FormatName(format),
+                "a " + std::string(type_.description) + " holds " + held);
+}
+
+PixelFormat FrameWriter::FormatFor(PixelFormat from) const {
+    if (wanted_) return *wanted_;
+    if (const std::optional<PixelFormat> named = FormatByExtension(path_)) return *named;
+    if (type_.Holds(from)) return from;
+    for (const PixelFormat format : type_.formats)
+        if (Converts(from, format)) return format;
+    return type_.formats.front();
+}
+
+void FrameWriter::Prepare(Frame& frame) const {
+    const PixelFormat format = FormatFor(frame.picture.format());
+    if (format != frame.picture.format())
+        frame.picture = Convert(frame.file, frame.picture, format, unpadded_);
+    if (frame.video.format != format) {
+        frame.video.format = format;
+        frame.video.comments.clear();
+    }
+    frame.video.size = frame.picture.size();
+}
+
+void FrameWriter::Write(const Frame& frame) {
+    if (!output_) output_.emplace(series_ ? series_->Name(frames_) : path_);
+    type_.write(*output_, frame.video, frame.picture, series_ ? 0 : frames_);
+    ++frames_;
+    if (!series_) return;
+    output_->Commit();
+    output_.reset();
+}
+
+void FrameWriter::Commit() {
+    if (output_) output_->Commit();
+    if (!series_) return;
+    const std::vector<std::int64_t> numbers = series_->Existing();
+    if (!numbers.empty() && numbers.back() >= frames_)
+        throw Error(
+            series_->Name(numbers.back()), "series", "",
+            "is left over of a longer one; this one ends with " + series_->Name(frames_ - 1));
+}
+
+}  // namespace pxb::tool
