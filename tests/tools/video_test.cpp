@@ -1,7 +1,9 @@
-// Frames one after the other: by several threads, and in series of files.
+// Frames one after the other: by several threads, in memory that served before, and in series of files.
 #include <functional>
+#include <random>
 
 #include "commands.h"
+#include "convert.h"
 #include "error.h"
 #include "frame_loop.h"
 #include "progress.h"
@@ -12,6 +14,12 @@ namespace {
 
 class Videos : public ScratchFolder {
   protected:
+    std::string PutNoise(const std::string& name, std::int64_t bytes) {
+        std::string noise(static_cast<std::size_t>(bytes), '\0');
+        std::mt19937 random(7);
+        for (char& c : noise) c = static_cast<char>(random() >> 24);
+        return Put(name, noise);
+    }
     std::string PutCard(const std::string& name, int frames) {
         PaintTestCards({Path(name), "", {}}, {66, 50}, frames);
         return Path(name);
@@ -84,6 +92,28 @@ TEST_F(Videos, WorkThatFailsEndsWithTheFirstFailure) {
         EXPECT_EQ(writer.frames(), 3);
     }
     EXPECT_EQ(FileCount(), 1u);
+}
+
+// The second frame is written over what the first left in memory.
+TEST_F(Videos, MemoryThatServedBeforeMakesNoDifference) {
+    const Size size = {7, 5};
+    for (const PixelFormat from : kAllFormats) {
+        const std::string in = PutNoise("in.raw", 2 * FrameBytes(from, size));
+        const RawLayout layout = {size, from};
+        for (const PixelFormat to : kAllFormats) {
+            if (to != from && !Converts(from, to)) continue;
+            SCOPED_TRACE(std::string(FormatName(from)) + " to " + std::string(FormatName(to)));
+            for (const bool unpadded : {false, true}) {
+                std::string alone;
+                for (const int frame : {0, 1}) {
+                    ConvertFile({in, layout, frame}, {Path("out.raw"), "", to, unpadded});
+                    alone += Get("out.raw");
+                }
+                ConvertFile({in, layout, {}}, {Path("out.raw"), "", to, unpadded});
+                EXPECT_TRUE(Get("out.raw") == alone);
+            }
+        }
+    }
 }
 
 TEST_F(Videos, SeriesThereAndBack) {

@@ -42,7 +42,9 @@ bool Converts(PixelFormat from, PixelFormat to) {
 }
 
 Picture Convert(std::string_view file, const Picture& picture, PixelFormat to, bool unpadded) {
-    Picture target(file, to, picture.size());
+    // Unpadded, some of it stays as it is.
+    const auto contents = unpadded ? Picture::Contents::kBlack : Picture::Contents::kAny;
+    Picture target(file, to, picture.size(), contents);
     ImageBuffer dst = target.image(), src = picture.image();
     if (unpadded) dst.width = src.width = picture.size().width;
     const std::int32_t result = PxbColorSpaceConv(&dst, &src);
@@ -62,7 +64,7 @@ Picture GetChannel(std::string_view file, const Picture& picture, int channel) {
     // PxbChannelGet answers success for a luma that it could not make.
     if (channel == 5 && !Converts(picture.format(), PXB_YV12))
         refuse("this format has no conversion to YV12, where luma comes from");
-    Picture target(file, PXB_RGB8, picture.size());
+    Picture target(file, PXB_RGB8, picture.size(), Picture::Contents::kAny);
     const std::int32_t result = PxbChannelGet(&target.image(), &picture.image(), channel);
     if (result != PXB_SUCCESS) refuse("the library answers " + ResultName(result));
     return target;

@@ -22,6 +22,7 @@ int UsualThreads() {
 
 void WalkFrames(const InputOptions& from, FrameWriter& writer,
                 const std::function<void(Frame&)>& work) {
+    const SparePictures spares;
     FrameSource source(from);
     Progress progress;
     const bool all = writer.many_frames() && !from.frame;

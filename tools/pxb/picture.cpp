@@ -1,7 +1,10 @@
 // Pictures: memory from the library, even extents, repeated edges.
 #include "picture.h"
 
+#include <algorithm>
 #include <cstring>
+#include <mutex>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -11,6 +14,55 @@ namespace pxb::tool {
 namespace {
 
 constexpr std::int64_t kMaxBytes = 0x7fffffff;  // what PxbNew can give
+constexpr std::size_t kMaxSpares = 1024;
+
+// With what PxbNew does not fill, either.
+void Blacken(ImageBuffer& image) {
+    PxbFillColor(&image, 0);
+    const std::size_t luma = static_cast<std::size_t>(image.stride) * image.height;
+    if (image.format == PXB_NV12) {
+        std::memset(image.data, 16, luma);
+        std::memset(image.data + luma, 128, luma / 2);
+    }
+    for (std::size_t i = 0; image.format == PXB_AYUV32 && i < luma; i += 4)
+        std::memcpy(image.data + i, "\x00\x10\x80\x80", 4);
+}
+
+// Never more than pictures were in use at once.
+struct Spares {
+    std::mutex mutex;
+    int keepers = 0;
+    std::vector<ImageBuffer> images;
+};
+
+Spares& TheSpares() {
+    static Spares spares;
+    return spares;
+}
+
+// As `like` says, or nothing.
+std::optional<ImageBuffer> TakeSpare(const ImageBuffer& like) {
+    Spares& spares = TheSpares();
+    const std::lock_guard lock(spares.mutex);
+    const auto fits = [&](const ImageBuffer& image) {
+        return image.format == like.format && image.width == like.width &&
+               image.height == like.height;
+    };
+    // The last one is still in caches.
+    const auto found = std::find_if(spares.images.rbegin(), spares.images.rend(), fits);
+    if (found == spares.images.rend()) return std::nullopt;
+    const ImageBuffer taken = std::exchange(*found, spares.images.back());
+    spares.images.pop_back();
+    return taken;
+}
+
+bool KeepSpare(const ImageBuffer& image) {
+    Spares& spares = TheSpares();
+    const std::lock_guard lock(spares.mutex);
+    if (!image.data || spares.images.size() == spares.images.capacity()) return false;
+    spares.images.push_back(image);
+    return true;
+}
 
 Size Even(Size size) {
     return {size.width + size.width % 2, size.height + size.height % 2};
@@ -33,14 +85,18 @@ void CheckSize(std::string_view file, PixelFormat format, Size size) {
         refuse("more than 2147483647 bytes");
 }
 
-Picture::Picture(std::string_view file, PixelFormat format, Size size) : size_(size) {
+Picture::Picture(std::string_view file, PixelFormat format, Size size, Contents contents)
+    : size_(size) {
     CheckSize(file, format, size);
     const Size even = Even(size);
     image_.format = format;
     image_.width = even.width;
     image_.height = even.height;
-    if (PxbNew(&image_, 0) != PXB_SUCCESS)
+    if (const std::optional<ImageBuffer> spare = TakeSpare(image_))
+        image_ = *spare;
+    else if (PxbNew(&image_, 0) != PXB_SUCCESS)
         throw Error(file, "size", Describe(format, size), "not enough memory");
+    if (contents == Contents::kBlack) Blacken(image_);
 }
 
 Picture::Picture(Picture&& other) noexcept
@@ -53,11 +109,25 @@ Picture& Picture::operator=(Picture&& other) noexcept {
 }
 
 Picture::~Picture() {
-    PxbDelete(&image_);
+    if (!KeepSpare(image_)) PxbDelete(&image_);
+}
+
+SparePictures::SparePictures() {
+    Spares& spares = TheSpares();
+    const std::lock_guard lock(spares.mutex);
+    if (spares.keepers++ == 0) spares.images.reserve(kMaxSpares);
+}
+
+SparePictures::~SparePictures() {
+    Spares& spares = TheSpares();
+    const std::lock_guard lock(spares.mutex);
+    if (--spares.keepers > 0) return;
+    for (ImageBuffer& image : spares.images) PxbDelete(&image);
+    spares.images = std::vector<ImageBuffer>();  // without room for more
 }
 
 Picture CopyOf(std::string_view file, const Picture& picture) {
-    Picture copy(file, picture.format(), picture.size());
+    Picture copy(file, picture.format(), picture.size(), Picture::Contents::kAny);
     const Size in_memory = {picture.image().width, picture.image().height};
     for (const Plane& plane : PlanesOf(picture.image(), in_memory))
         for (std::int64_t y = 0; y < plane.rows; ++y)

@@ -13,8 +13,14 @@ namespace pxb::tool {
 
 class Picture {
   public:
-    // Black. Refuses extents below 1 and images above 2^31 - 1 bytes in the name of `file`.
-    Picture(std::string_view file, PixelFormat format, Size size);
+    enum class Contents {
+        kBlack,
+        kAny,  // for those who write all of it
+    };
+
+    // Refuses extents below 1 and images above 2^31 - 1 bytes in the name of `file`.
+    Picture(std::string_view file, PixelFormat format, Size size,
+            Contents contents = Contents::kBlack);
     Picture(Picture&& other) noexcept;
     Picture& operator=(Picture&& other) noexcept;
     ~Picture();
@@ -35,6 +41,16 @@ class Picture {
   private:
     ImageBuffer image_{};
     Size size_;
+};
+
+// While one exists, the memory of pictures that go serves new ones of the same format and size. To
+// get, clear and return it takes longer than most conversions.
+class SparePictures {
+  public:
+    SparePictures();
+    SparePictures(const SparePictures&) = delete;
+    SparePictures& operator=(const SparePictures&) = delete;
+    ~SparePictures();
 };
 
 // Fills the column and row beyond an odd size with copies of their neighbours. Readers call this

@@ -18,24 +18,38 @@ Video RawVideo(const InputFile& input, const RawLayout& layout) {
     return {*format, *layout.size};
 }
 
+// What files take in one go: rows that follow one another without a gap are one.
+struct Rows {
+    std::int64_t count, bytes;
+};
+
+Rows RowsOf(const Plane& plane) {
+    if (plane.row_bytes == plane.stride) return {1, plane.row_bytes * plane.rows};
+    return {plane.rows, plane.row_bytes};
+}
+
 }  // namespace
 
 Picture ReadFrame(InputFile& input, const Video& video, std::int64_t number) {
     const std::string field = "frame " + std::to_string(number);
     CheckSize(input.name(), video.format, video.size);
     input.Require(FrameBytes(video.format, video.size), field);
-    Picture picture(input.name(), video.format, video.size);
-    for (const Plane& plane : picture.Planes())
-        for (std::int64_t y = 0; y < plane.rows; ++y)
-            input.Read(picture.Row(plane, y), plane.row_bytes, field);
+    Picture picture(input.name(), video.format, video.size, Picture::Contents::kAny);
+    for (const Plane& plane : picture.Planes()) {
+        const Rows rows = RowsOf(plane);
+        for (std::int64_t y = 0; y < rows.count; ++y)
+            input.Read(picture.Row(plane, y), rows.bytes, field);
+    }
     RepeatEdges(picture);
     return picture;
 }
 
 void WriteFrame(OutputFile& output, const Picture& picture) {
-    for (const Plane& plane : picture.Planes())
-        for (std::int64_t y = 0; y < plane.rows; ++y)
-            output.Write(picture.Row(plane, y), plane.row_bytes);
+    for (const Plane& plane : picture.Planes()) {
+        const Rows rows = RowsOf(plane);
+        for (std::int64_t y = 0; y < rows.count; ++y)
+            output.Write(picture.Row(plane, y), rows.bytes);
+    }
 }
 
 Video ReadRaw(InputFile& input, const RawLayout& layout, const FrameSink& sink) {
