@@ -1,5 +1,5 @@
 #!/bin/bash
-# usage: setup.sh GROUP...    (format, build, test, bench)
+# usage: setup.sh GROUP...    (format, build, demo, test, bench)
 # Installs what is missing on Debian 12, as root or with sudo. Fast when nothing is.
 set -euo pipefail
 
@@ -13,6 +13,7 @@ packages_test=(
     qemu-user python3 clang-format clang-tidy
     libxxhash-dev                       # the manifest's hash, from its header
     nlohmann-json3-dev)                 # the benchmark, without its peers
+packages_demo=(apngasm)
 packages_format=(clang-format)
 packages_bench=(
     libyuv-dev libpixman-1-dev libswscale-dev libavutil-dev libzimg-dev
@@ -21,7 +22,7 @@ packages_bench=(
 wanted=()
 for group; do
     case $group in
-        format | build | test | bench) declare -n group_packages=packages_$group ;;
+        format | build | demo | test | bench) declare -n group_packages=packages_$group ;;
         *) echo "setup.sh: unknown group '$group'" >&2; exit 2 ;;
     esac
     wanted+=("${group_packages[@]}")
