@@ -52,6 +52,12 @@ for command in "" testcard info convert channel resize rotate flip blend; do
     pxb $command --help | grep -q "^Usage: pxb" || fail "$command --help"
 done
 
+if pxb testcard try.png 2>/dev/null; then
+    rm try.png
+else
+    pxb convert --help | cat - <(pxb --help) | grep -i png && fail "help offers PNG, which is missing"
+fi
+
 refused "subcommand"
 refused "--frob" convert card.y4m out.bmp --frob
 refused "OUT" convert card.y4m
@@ -73,7 +79,17 @@ refused "--angle" rotate card.bmp out.bmp
 refused "--angle" rotate card.bmp out.bmp --angle 30.5
 refused "--frames: 3" testcard out.bmp --frames 3
 refused "--threads" convert card.y4m out.bmp --threads 0
-refused "absent file.y4m: open" info $'absent\nfile.y4m'
+refused "--range: wide" info card.y4m --range wide
+refused "card.y4m: size: 101x75 I420: more pixels than --max-pixels 7574" info card.y4m --max-pixels 7574
+refused "absent?file.y4m: open" info $'absent\nfile.y4m'
+printf 'YUV4MPEG2 W4 H4 C4\00044\n' >zero.y4m
+refused "header C: 4?44: is not one of" info zero.y4m
+printf 'YUV4MPEG2 W4 H4 XA=\033[31m\302\233\377-\303\251\n' >colors.y4m
+pxb info colors.y4m >info.txt
+expect "$(LC_ALL=C tr -d ' -~\n' <info.txt | od -An -tx1)" " c3 a9"
+rm zero.y4m colors.y4m info.txt
+pxb testcard $'\u0141\u65e5.bmp' --size 2x2 && pxb info $'\u0141\u65e5.bmp' >/dev/null &&
+    mv $'\u0141\u65e5.bmp' name.bmp || fail "a name of many alphabets"
 
 if [ -z "$runner" ]; then
     pxb testcard - --type y4m --size 101x75 --frames 3 | cmp - card.y4m ||
@@ -102,6 +118,17 @@ if [ -z "$runner" ]; then
     pxb testcard link.i420 --size 2x2 && [ -L link.i420 ] ||
         fail "a link was replaced"
     expect "$(wc -c <card.i420)" 6
+    ln -s behind.bmp dangling.bmp
+    pxb testcard dangling.bmp --size 2x2 && [ -L dangling.bmp ] && [ -f behind.bmp ] ||
+        fail "a link to nothing was not followed"
+    long=$(printf 'x%.0s' $(seq 251)).bmp
+    pxb testcard "$long" --size 2x2 && rm "$long" || fail "a name of 255 letters"
+    chmod 6751 card.bmp && pxb testcard card.bmp --size 2x2
+    expect "$(stat -c %a card.bmp)" 751
+    (touch pxb-$BASHPID-0.tmp; exec "$program" testcard card.bmp --size 2x2) ||
+        fail "what another program of the same number left is in the way"
+    rm pxb-*-0.tmp
+    (ulimit -f 1; refused "large.bmp: write: File too large" testcard large.bmp)
 
     pxb convert --help | grep -q "for each processor" && threads="--threads 2"
     pxb testcard large.y4m --frames 2
@@ -117,16 +144,21 @@ if [ -z "$runner" ]; then
         expect "$(wc -c <out.i420)" $((3 * frame_bytes))
     done
 
-    # Interrupted while it waits for the rest of the second frame.
-    "$program" convert - out.y4m $threads <pipe & writer=$!
-    exec 3>pipe
-    cat large.y4m >&3
-    for _ in $(seq 100); do compgen -G "out.y4m.pxb-*" >/dev/null && break; sleep 0.05; done
-    compgen -G "out.y4m.pxb-*" >/dev/null || fail "no unfinished file to interrupt"
-    kill -TERM $writer
-    wait $writer 2>/dev/null
-    exec 3>&-
-    compgen -G "out.y4m*" >/dev/null && fail "an unfinished file was left"
+    # Interrupted while it waits for the rest of the second frame. Nobody else may read what shall
+    # replace a private file.
+    touch out.y4m && chmod 600 out.y4m
+    for signal in TERM QUIT XCPU ALRM USR1; do
+        env --default-signal=$signal "$program" convert - out.y4m $threads <pipe & writer=$!
+        exec 3>pipe
+        cat large.y4m >&3
+        for _ in $(seq 100); do compgen -G "pxb-*" >/dev/null && break; sleep 0.05; done
+        expect "$(stat -c %a pxb-*)" 600
+        kill -$signal $writer
+        wait $writer 2>/dev/null
+        exec 3>&-
+        compgen -G "pxb-*" >/dev/null && fail "an unfinished file was left after $signal"
+        [ -s out.y4m ] && fail "an older file was replaced after $signal"
+    done
 fi
 [ $failures = 0 ] && echo "all passed"
 exit $((failures != 0))

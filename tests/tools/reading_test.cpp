@@ -9,8 +9,6 @@
 namespace pxb::tool {
 namespace {
 
-constexpr bool kHasPng = PXB_TOOL_HAS_PNG;
-
 struct VideoFrames {
     Video video;
     std::vector<std::string> pixels;  // of each frame
@@ -107,7 +105,7 @@ TEST_F(Reading, UncommonPartsOfEachType) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        if (c.bytes.starts_with("\x89PNG") && !kHasPng) continue;
+        if (c.bytes.starts_with("\x89PNG") && !FindFileType("png")) continue;
         const VideoFrames frames = ReadAll(Put("file", c.bytes));
         EXPECT_EQ(frames.video.format, c.format);
         EXPECT_EQ(frames.pixels, std::vector{c.pixels});
@@ -121,13 +119,71 @@ TEST_F(Reading, Y4mKeepsItsParametersThroughACopy) {
     EXPECT_EQ(Get("out.y4m"), header + "FRAME\nabcu1v2FRAME\nABCU1V2");
 }
 
-TEST_F(Reading, Rgb32WithoutAlphaMakesAnOpaquePng) {
-    if (!kHasPng) GTEST_SKIP() << "built without PNG";
-    Put("in.rgb32", std::string("abc\0def\0", 8));
-    ConvertFile({Path("in.rgb32"), {Size{2, 1}, {}}, {}}, {Path("out.png"), "", {}});
-    const VideoFrames frames = ReadAll(Path("out.png"));
-    EXPECT_EQ(frames.video.format, PXB_RGB24);
-    EXPECT_EQ(frames.pixels, std::vector<std::string>{"abcdef"});
+// 219 / 255 and 224 / 255 of what lies above black and round grey.
+TEST_F(Reading, Y4mOfFullRangeComesInStudioRange) {
+    const auto y4m = [](std::string parameters, std::string samples) {
+        return "YUV4MPEG2 W2 H2 F25:1" + parameters + "\nFRAME\n" + samples;
+    };
+    const std::string full = FromHex("0080ff0100ff"), limited = FromHex("107eeb1110f0");
+    const struct {
+        std::string header, written;
+        std::optional<Range> range;
+        std::string samples;
+    } cases[] = {
+        {" C420 XCOLORRANGE=FULL", " C420 XCOLORRANGE=LIMITED", {}, limited},
+        {" C420 XA XCOLORRANGE=FULL", " C420 XA XCOLORRANGE=LIMITED", Range::kLimited, full},
+        {" C420 XCOLORRANGE=LIMITED", " C420 XCOLORRANGE=LIMITED", {}, full},
+        {" C420 XCOLORRANGE=ODD", " C420 XCOLORRANGE=LIMITED", Range::kFull, limited},
+        {" C420", " C420", Range::kFull, limited},
+        {" Cmono XCOLORRANGE=FULL", " Cmono XCOLORRANGE=FULL", {}, "\x01\x80\x90\xff"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.header);
+        const std::string samples = c.header.starts_with(" Cmono") ? c.samples : full;
+        ConvertFile({Put("in.y4m", y4m(c.header, samples)), {{}, {}, "", c.range}, {}},
+                    {Path("out.y4m"), "", {}});
+        EXPECT_EQ(Get("out.y4m"), y4m(c.written, c.samples));
+        const bool converted = samples != c.samples;
+        EXPECT_EQ(Describe({Path("in.y4m"), {{}, {}, "", c.range}, {}}).find("range full") !=
+                      std::string::npos,
+                  converted);
+    }
+}
+
+// Alpha that hides everything is alpha, through every type that has it; without alpha in the file
+// zeros hide nothing.
+TEST_F(Reading, AlphaIsWhatTheFileSays) {
+    const auto convert = [&](const std::string& from, const std::string& to) {
+        RawLayout layout;
+        if (from == "in.rgb32") layout.size = {2, 1};
+        ConvertFile({Path(from), layout, {}}, {Path(to), "", {}});
+        return ReadAll(Path(to));
+    };
+    const std::string clear("abc\0def\0", 8);
+    Put("in.rgb32", clear);
+    const Picture picture = [&] {
+        Picture made("", PXB_RGB32, {2, 1});
+        std::copy(clear.begin(), clear.end(), made.Row(0));
+        return made;
+    }();
+    Video video{PXB_RGB32, {2, 1}};
+    video.alpha = true;
+    for (const FileType& type : FileTypes()) {
+        if (!type.Holds(PXB_RGB32) || type.name == "raw") continue;
+        SCOPED_TRACE(type.name);
+        const std::string name = "." + std::string(type.name);
+        OutputFile output(Path("clear" + name));
+        type.write(output, video, picture, 0);
+        output.Commit();
+        for (const VideoFrames& back :
+             {convert("clear" + name, "copy" + name), ReadAll(Path("clear" + name))}) {
+            EXPECT_EQ(back.video.alpha, true);
+            EXPECT_EQ(back.pixels, std::vector{clear});
+        }
+        const VideoFrames opaque = convert("in.rgb32", "out" + name);
+        EXPECT_FALSE(opaque.video.alpha.value_or(false));
+        EXPECT_EQ(opaque.pixels[0].substr(0, 3), "abc");
+    }
 }
 
 }  // namespace

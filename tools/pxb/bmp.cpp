@@ -12,6 +12,8 @@ namespace pxb::tool {
 namespace {
 
 constexpr std::int64_t kHeaderBytes = 54, kMaxHeaderBytes = 14 + 256, kMaskBytes = 12;
+constexpr std::int64_t kAlphaMaskEnd = 70;  // where the header is long enough
+constexpr std::uint32_t kMasks[] = {0xff0000, 0xff00, 0xff}, kAlphaMask = 0xff000000;
 constexpr std::uint32_t kUncompressed = 0, kBitFields = 3;
 
 using Color = std::array<std::uint8_t, 4>;  // B G R and a byte that means nothing
@@ -49,6 +51,7 @@ struct Header {
     bool top_down;
     int bits;
     std::uint32_t pixel_offset, colors;
+    std::optional<bool> alpha;
 };
 
 std::int64_t PaddedRowBytes(Size size, int bits) {
@@ -66,12 +69,15 @@ Header ReadHeader(Fields& fields) {
     const int bits = fields.U16(28);
     if (bits != 8 && bits != 24 && bits != 32)
         fields.Refuse("bits a pixel", bits, "only 8, 24 and 32 are read");
+    std::optional<bool> alpha;
     if (compression == kBitFields && bits == 32) {
         // Three masks tell where the channels are, inside the longer kinds of header and right
         // behind the shortest.
         fields.ReadUpTo(kHeaderBytes + kMaskBytes);
-        if (fields.U32(54) != 0xff0000 || fields.U32(58) != 0xff00 || fields.U32(62) != 0xff)
+        if (fields.U32(54) != kMasks[0] || fields.U32(58) != kMasks[1] ||
+            fields.U32(62) != kMasks[2])
             fields.Refuse("red mask", fields.U32(54), "only pixels stored as B G R X are read");
+        alpha = 14 + std::int64_t{header_bytes} >= kAlphaMaskEnd && fields.U32(66) == kAlphaMask;
     } else if (compression != kUncompressed) {
         fields.Refuse("compression", compression, "only uncompressed pictures are read");
     }
@@ -79,7 +85,7 @@ Header ReadHeader(Fields& fields) {
     const std::int32_t height = fields.I32(22);
     if (height == INT32_MIN) fields.Refuse("height", height, "is impossible");
     const Size size = {fields.I32(18), height < 0 ? -height : height};
-    return {size, height < 0, bits, fields.U32(10), fields.U32(46)};
+    return {size, height < 0, bits, fields.U32(10), fields.U32(46), alpha};
 }
 
 std::vector<Color> ReadPalette(InputFile& input, const Fields& fields, const Header& header) {
@@ -118,37 +124,45 @@ std::string GreyPalette() {
     return palette;
 }
 
-std::string HeaderOf(const Picture& picture, std::string_view palette) {
+// With alpha it is the first kind of header that has a mask for it, of 108 bytes.
+std::string HeaderOf(const Picture& picture, std::string_view palette, bool alpha) {
     const int bits = picture.image().bitsPerPixel;
     const auto width = static_cast<std::uint32_t>(picture.size().width);
     const auto height = static_cast<std::uint32_t>(picture.size().height);
     const auto pixel_bytes =
         static_cast<std::uint32_t>(PaddedRowBytes(picture.size(), bits) * picture.size().height);
-    const auto offset = static_cast<std::uint32_t>(kHeaderBytes + palette.size());
+    const std::uint32_t header_bytes = alpha ? 108 : 40;
+    const auto offset = static_cast<std::uint32_t>(14 + header_bytes + palette.size());
     const struct {
         std::uint32_t value;
         int bytes;
     } fields[] = {
         // clang-format off
         {'B' | 'M' << 8, 2}, {offset + pixel_bytes, 4}, {0, 4}, {offset, 4},
-        {40, 4}, {width, 4}, {height, 4}, {1, 2}, {static_cast<std::uint32_t>(bits), 2},
-        {kUncompressed, 4}, {pixel_bytes, 4}, {2835, 4}, {2835, 4},  // 72 pixels an inch
+        {header_bytes, 4}, {width, 4}, {height, 4}, {1, 2}, {static_cast<std::uint32_t>(bits), 2},
+        {alpha ? kBitFields : kUncompressed, 4}, {pixel_bytes, 4}, {2835, 4}, {2835, 4},  // 72 pixels an inch
         {palette.empty() ? 0u : 256u, 4}, {0, 4},
         // clang-format on
     };
     std::string header;
     for (const auto& field : fields) AppendNumber(header, field.value, field.bytes);
+    if (alpha) {
+        for (const std::uint32_t mask : kMasks) AppendNumber(header, mask, 4);
+        AppendNumber(header, kAlphaMask, 4);
+        header += "BGRs";  // the color space sRGB, whose measures are then 0
+        header.append(48, '\0');
+    }
     return header;
 }
 
 }  // namespace
 
-Video ReadBmp(InputFile& input, const RawLayout&, const FrameSink& sink) {
+Video ReadBmp(InputFile& input, const RawLayout& layout, const FrameSink& sink) {
     Fields fields(input);
     const Header header = ReadHeader(fields);
     const std::vector<Color> palette = ReadPalette(input, fields, header);
     const PixelFormat format = FormatOf(header, palette);
-    CheckSize(input.name(), format, header.size);
+    CheckSize(input.name(), format, header.size, layout.max_pixels);
     const std::int64_t position =
         fields.size() + static_cast<std::int64_t>(palette.size() * sizeof(Color));
     if (header.pixel_offset < position)
@@ -169,14 +183,16 @@ Video ReadBmp(InputFile& input, const RawLayout&, const FrameSink& sink) {
             StoreIndexed(row, bytes.data(), picture, palette, fields);
     }
     RepeatEdges(picture);
-    const Video video{format, header.size};
+    Video video{format, header.size};
+    video.alpha = header.alpha;
     sink(video, picture, 0);
     return video;
 }
 
 void WriteBmp(OutputFile& output, const Video& video, const Picture& picture, std::int64_t) {
     const std::string palette = video.format == PXB_RGB8 ? GreyPalette() : "";
-    output.Write(HeaderOf(picture, palette) + palette);
+    const bool alpha = video.format == PXB_RGB32 && video.alpha.value_or(false);
+    output.Write(HeaderOf(picture, palette, alpha) + palette);
     const std::int64_t row_bytes = FrameBytes(video.format, {video.size.width, 1});
     const std::int64_t padding =
         PaddedRowBytes(video.size, picture.image().bitsPerPixel) - row_bytes;

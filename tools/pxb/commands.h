@@ -33,6 +33,7 @@ struct OverlayOptions {
     std::string alpha_path;    // of its alpha, a grey picture; empty: its own alpha
     Point at = {};             // where its top left pixel goes
     std::optional<Rect> part;  // of it; otherwise all
+    std::int64_t max_pixels = kDefaultMaxPixels;
 };
 
 void PaintTestCards(const OutputOptions& to, Size size, int frames);

@@ -5,6 +5,7 @@
 #include "commands.h"
 #include "error.h"
 #include "numbers.h"
+#include "printable.h"
 
 namespace pxb::tool {
 namespace {
@@ -26,11 +27,12 @@ std::string Parameters(const Video& video) {
     std::string text;
     const auto add = [&](std::string_view name, std::string_view value) {
         if (value.empty()) return;
-        text.append(text.empty() ? "" : ", ").append(name).append(" ").append(value);
+        text.append(text.empty() ? "" : ", ").append(name).append(" ").append(Printable(value));
     };
     add("interlacing", video.interlacing);
     add("pixel aspect", video.aspect);
     add("layout", video.layout);
+    if (video.was_full_range) add("range", "full, converted to studio range");
     for (const std::string& comment : video.comments) add("comment", comment);
     return text;
 }
@@ -63,7 +65,7 @@ std::string Describe(const InputOptions& from) {
         type.read(input, from.layout,
                   [&](const Video&, const Picture&, std::int64_t) { return ++frames > 0; });
     std::ostringstream text;
-    text << input.name() << "\n"
+    text << Printable(input.name()) << "\n"
          << "type        " << type.description << "\n"
          << "size        " << video.size.width << " x " << video.size.height << "\n"
          << "format      " << video.format << ", " << FormatName(video.format) << "\n"
@@ -71,7 +73,7 @@ std::string Describe(const InputOptions& from) {
          << "frame       " << FrameBytes(video.format, video.size) << " bytes without gaps\n";
     if (const std::string parameters = Parameters(video); !parameters.empty())
         text << "parameters  " << parameters << "\n";
-    DescribeMemory(text, input.name(), video);
+    if (frames > 0) DescribeMemory(text, input.name(), video);
     return text.str();
 }
 

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "printable.h"
+
 namespace pxb::tool {
 
 // `file` and `value` may be empty where there is none.
@@ -21,7 +23,7 @@ class Error : public std::runtime_error {
             if (!line.empty()) line += ": ";
             line += part;
         }
-        return line;
+        return Printable(line);
     }
 };
 

@@ -56,8 +56,10 @@ std::span<const FileType> FileTypes() {
     static const FileType types[] = {
         {"y4m", "YUV4MPEG2 video", {"y4m"}, {"YUV4MPEG2"},
          {PXB_I420, PXB_YUV422, PXB_RGB8}, true, ReadY4m, WriteY4m, NextY4mFrame},
+#if PXB_TOOL_HAS_PNG
         {"png", "PNG picture", {"png"}, {"\x89PNG\r\n\x1a\n"},
          {PXB_RGB24, PXB_RGB8, PXB_RGB32}, false, ReadPng, WritePng},
+#endif
         {"pnm", "PNM picture", {"pnm"}, {"P2", "P3", "P5", "P6"},
          {PXB_RGB24, PXB_RGB8}, false, ReadPnm, WritePnm},
         {"ppm", "PPM picture", {"ppm"}, {}, {PXB_RGB24}, false, ReadPnm, WritePnm},
@@ -98,6 +100,9 @@ const FileType& InputType(InputFile& input, const RawLayout& layout) {
     if (type->read != ReadRaw && (layout.size || layout.format))
         throw Error(input.name(), layout.size ? layout.size_option : "--format", "",
                     "is for raw frames, and this is a " + std::string(type->description));
+    if (layout.range && type->read != ReadY4m)
+        throw Error(input.name(), "--range", "",
+                    "is for Y4M video, and this is a " + std::string(type->description));
     return *type;
 }
 

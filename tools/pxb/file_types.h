@@ -22,13 +22,26 @@ struct Video {
     // Y4M alone has the rest, kept word for word. The rate is a fraction, 25:1.
     std::string rate = {}, interlacing = {}, aspect = {}, layout = {};
     std::vector<std::string> comments = {};
+    // Whether samples were converted to studio range while they were read.
+    bool was_full_range = false;
+    // Whether the fourth bytes of RGB32, or the first of AYUV32, are alpha. Without a value the file
+    // could not say so.
+    std::optional<bool> alpha = {};
 };
 
-// What people say about a file that does not tell by itself.
+// Of YUV samples: all 256 values, or those of studios, which the library computes in.
+enum class Range {
+    kFull,
+    kLimited
+};
+
+// What people say about a file that does not tell by itself, or tells them wrongly.
 struct RawLayout {
     std::optional<Size> size;
     std::optional<PixelFormat> format;
-    std::string_view size_option = "--size";  // how they say it
+    std::string_view size_option = "--size";      // how they say it
+    std::optional<Range> range = {};              // of a Y4M file
+    std::int64_t max_pixels = kDefaultMaxPixels;  // that a picture may claim to have
 };
 
 // Takes the frames one by one, numbered from 0, and may move from them; false: no more are wanted.

@@ -4,6 +4,13 @@
 #include "error.h"
 
 namespace pxb::tool {
+namespace {
+
+bool HasFourthBytes(PixelFormat format) {
+    return format == PXB_RGB32 || format == PXB_AYUV32;
+}
+
+}  // namespace
 
 FrameWriter::FrameWriter(const OutputOptions& to)
     : path_(to.path),
@@ -37,6 +44,8 @@ void FrameWriter::Prepare(Frame& frame) const {
     if (format != frame.picture.format())
         frame.picture = Convert(frame.file, frame.picture, format, unpadded_);
     if (frame.video.format != format) {
+        if (!HasFourthBytes(frame.video.format) || !HasFourthBytes(format))
+            frame.video.alpha = false;
         frame.video.format = format;
         frame.video.comments.clear();
     }

@@ -8,6 +8,7 @@
 
 #include "binary_streams.h"
 #include "error.h"
+#include "paths.h"
 
 namespace pxb::tool {
 namespace {
@@ -23,15 +24,18 @@ InputFile::InputFile(const std::string& path)
         return;
     }
     std::error_code error;
-    if (std::filesystem::is_directory(path, error))
+    const std::filesystem::path file = PathOf(path);
+    if (std::filesystem::is_directory(file, error))
         throw Error(name_, "open", "", "is a directory");
-    file_.reset(std::fopen(path.c_str(), "rb"));
+    file_.reset(OpenFile(path, "rb"));
     if (!file_) throw Error(name_, "open", "", std::strerror(errno));
-    if (std::filesystem::is_regular_file(path, error))
-        remaining_ = static_cast<std::int64_t>(std::filesystem::file_size(path));
+    if (std::filesystem::is_regular_file(file, error))
+        remaining_ = static_cast<std::int64_t>(std::filesystem::file_size(file));
 }
 
 void InputFile::Fill() {
+    if (next_ == end_ && buffer_.size() > kBufferBytes)
+        std::vector<char>(kBufferBytes).swap(buffer_);
     std::memmove(buffer_.data(), buffer_.data() + next_, end_ - next_);
     end_ -= next_;
     next_ = 0;
@@ -60,15 +64,19 @@ std::size_t InputFile::Take(void* to, std::size_t bytes) {
         next_ += some;
         done += some;
     }
+    taken_ += static_cast<std::int64_t>(done);
     if (remaining_) *remaining_ -= static_cast<std::int64_t>(done);
     return done;
 }
 
+void InputFile::CheckEnough(std::int64_t bytes, std::int64_t needed, std::string_view field) const {
+    if (bytes < needed)
+        throw Error(name_, field, std::to_string(bytes) + " bytes",
+                    "the file ends where " + std::to_string(needed) + " are needed");
+}
+
 void InputFile::Read(void* to, std::int64_t bytes, std::string_view field) {
-    const auto taken = static_cast<std::int64_t>(Take(to, static_cast<std::size_t>(bytes)));
-    if (taken < bytes)
-        throw Error(name_, field, std::to_string(taken) + " bytes",
-                    "the file ends where " + std::to_string(bytes) + " are needed");
+    CheckEnough(static_cast<std::int64_t>(Take(to, static_cast<std::size_t>(bytes))), bytes, field);
 }
 
 void InputFile::Skip(std::int64_t bytes, std::string_view field) {
@@ -80,10 +88,20 @@ void InputFile::Skip(std::int64_t bytes, std::string_view field) {
     }
 }
 
-void InputFile::Require(std::int64_t bytes, std::string_view field) const {
-    if (remaining_ && *remaining_ < bytes)
-        throw Error(name_, field, std::to_string(bytes) + " bytes",
-                    "the file has only " + std::to_string(*remaining_) + " left");
+void InputFile::Require(std::int64_t bytes, std::string_view field) {
+    if (remaining_) {
+        if (*remaining_ < bytes)
+            throw Error(name_, field, std::to_string(bytes) + " bytes",
+                        "the file has only " + std::to_string(*remaining_) + " left");
+        return;
+    }
+    const auto ahead = [this] { return static_cast<std::int64_t>(end_ - next_); };
+    while (bytes > taken_ && ahead() < bytes) {
+        const std::int64_t before = ahead();
+        if (end_ - next_ == buffer_.size()) buffer_.resize(2 * buffer_.size());
+        Fill();
+        if (ahead() == before) CheckEnough(before, bytes, field);
+    }
 }
 
 }  // namespace pxb::tool

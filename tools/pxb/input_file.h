@@ -25,8 +25,9 @@ class InputFile {
     void Read(void* to, std::int64_t bytes, std::string_view field);
     void Skip(std::int64_t bytes, std::string_view field);
 
-    // Refuses a file that is known to be shorter. Pipes tell only while they are read.
-    void Require(std::int64_t bytes, std::string_view field) const;
+    // Refuses an input that has fewer bytes left, before anybody takes memory for what it claims to
+    // hold. Pipes are read ahead for that, until as much has been read once.
+    void Require(std::int64_t bytes, std::string_view field);
     std::optional<std::int64_t> remaining() const { return remaining_; }
 
   private:
@@ -38,12 +39,14 @@ class InputFile {
 
     std::size_t Take(void* to, std::size_t bytes);
     void Fill();
+    void CheckEnough(std::int64_t bytes, std::int64_t needed, std::string_view field) const;
 
     std::string name_;
     std::unique_ptr<std::FILE, Closer> file_;
     std::optional<std::int64_t> remaining_;  // regular files
     std::vector<char> buffer_;
     std::size_t next_ = 0, end_ = 0;  // of the unread part of the buffer
+    std::int64_t taken_ = 0;
 };
 
 }  // namespace pxb::tool

@@ -1,5 +1,4 @@
 // pxb: arguments in, one command, one line on standard error and status 2 where something is wrong.
-#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <exception>
@@ -13,6 +12,8 @@
 #include "error.h"
 #include "frame_loop.h"
 #include "geometry.h"
+#include "printable.h"
+#include "program_arguments.h"
 
 namespace pxb::tool {
 namespace {
@@ -20,10 +21,9 @@ namespace {
 constexpr int kFailed = 2;
 
 constexpr char kExamples[] =
-    R"(Files: Y4M video (4:2:0, 4:2:2, mono), PNG, PNM and BMP pictures, and raw frames. The
-extension tells the type, else the first bytes do. `-` is standard input or output. A name with %d,
-or %04d for four digits, means a series of files, one a frame. They are numbered without gaps, new
-ones from 0 on, and each appears as soon as it is complete.
+    R"(The extension of a file tells its type, else the first bytes do. `-` is standard input or output.
+A name with %d, or %04d for four digits, means a series of files, one a frame. They are numbered
+without gaps, new ones from 0 on, and each appears as soon as it is complete.
 
 Examples:
   pxb testcard card.y4m                          a test card, 768x576, 4:2:0
@@ -37,6 +37,19 @@ Examples:
   pxb flip card.y4m back.y4m --horizontal        every frame mirrored left to right
   pxb resize card.y4m small.y4m --size 384x288 --mode shrink
   pxb rotate photo.png turned.png --angle 30     by any angle, counter-clockwise)";
+
+std::string Examples() {
+    std::string text = "Files:";
+    for (const FileType& type : FileTypes()) {
+        text.append("\n  ").append(type.name).append(8 - type.name.size(), ' ');
+        text.append(type.description);
+    }
+    text.append("\n").append(kExamples);
+    if (FindFileType("png")) return text;
+    for (std::size_t at = 0; (at = text.find(".png", at)) != std::string::npos;)
+        text.replace(at, 4, ".bmp");
+    return text;
+}
 
 constexpr char kAboutFiles[] =
     R"(Pixel formats by code: 1 RGB24 (bytes B G R), 2 RGB32 (B G R X), 3 YV12 (planes Y V U),
@@ -83,11 +96,19 @@ PixelFormat ParseFormat(std::string_view option, const std::string& text) {
     throw Error("", option, text, "is not one of " + FormatNames());
 }
 
+std::optional<Range> ParseRange(std::string_view option, const std::string& text) {
+    if (text.empty()) return std::nullopt;
+    if (text == "full") return Range::kFull;
+    if (text == "limited") return Range::kLimited;
+    throw Error("", option, text, "is not full or limited");
+}
+
 // The program's options as text, shared by the commands; each command offers some of them.
 struct Arguments {
     std::string input, output, size, format, to, type, rect, new_size, mode, from_rect, to_rect;
-    std::string overlay, alpha, at = "0,0";
+    std::string range, overlay, alpha, at = "0,0";
     std::optional<std::int64_t> frame;
+    std::int64_t max_pixels = kDefaultMaxPixels;
     int frames = 1, channel = 0, threads = UsualThreads();
     std::int32_t angle = 0;
     bool horizontal = false, vertical = false, unpadded = false;
@@ -97,6 +118,13 @@ struct Arguments {
         command.add_option(name, input, "file to read, or -")->required();
         command.add_option(size_name, size, "raw frames: their size")->type_name("WxH");
         command.add_option("--format", format, "raw frames: their format")->type_name("NAME");
+        command
+            .add_option("--max-pixels", max_pixels,
+                        "refuse files that claim more pixels a frame; else 268435456")
+            ->type_name("N")
+            ->check(CLI::PositiveNumber);
+        command.add_option("--range", range, "Y4M: full or limited, whatever its header says")
+            ->type_name("NAME");
     }
     void AddOutput(CLI::App& command) {
         command.add_option("OUT", output, "file to write, or -")->required();
@@ -123,12 +151,14 @@ struct Arguments {
     InputOptions Input(std::string_view size_name = "--size") const {
         InputOptions options{input, {}, frame, threads};
         options.layout.size_option = size_name;
+        options.layout.max_pixels = max_pixels;
+        options.layout.range = ParseRange("--range", range);
         if (!size.empty()) options.layout.size = ParseSize(size_name, size);
         if (!format.empty()) options.layout.format = ParseFormat("--format", format);
         return options;
     }
     OverlayOptions Overlay() const {
-        OverlayOptions options{overlay, alpha, ParsePoint("--at", at), {}};
+        OverlayOptions options{overlay, alpha, ParsePoint("--at", at), {}, max_pixels};
         if (!from_rect.empty()) options.part = ParseRect("--from-rect", from_rect);
         return options;
     }
@@ -288,7 +318,9 @@ void AddBlend(CLI::App& app, Arguments& arguments) {
         [&arguments] { BlendOver(arguments.Input(), arguments.Overlay(), arguments.Output()); });
 }
 
-void Run(int argc, char** argv) {
+void Run(const std::vector<std::string>& words) {
+    std::vector<const char*> pointers;
+    for (const std::string& word : words) pointers.push_back(word.c_str());
     Arguments arguments;
     CLI::App app("pxb: looks at what PxbLib does with pictures.", "pxb");
     app.set_version_flag("--version", "pxb " PXB_VERSION);
@@ -296,10 +328,10 @@ void Run(int argc, char** argv) {
     for (const auto add :
          {AddTestcard, AddInfo, AddConvert, AddChannel, AddResize, AddRotate, AddFlip, AddBlend})
         add(app, arguments);
-    app.footer(kExamples);  // last: commands would inherit it
+    app.footer(Examples());  // last: commands would inherit it
 
     try {
-        app.parse(argc, argv);
+        app.parse(static_cast<int>(pointers.size()), pointers.data());
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() != 0) throw;
         std::ostringstream text;
@@ -309,10 +341,8 @@ void Run(int argc, char** argv) {
 }
 
 // One line, whatever file names and headers contain.
-int Complain(std::string message) {
-    std::ranges::replace_if(
-        message, [](unsigned char c) { return c < ' ' || c == 127; }, ' ');
-    std::fprintf(stderr, "pxb: %s\n", message.c_str());
+int Complain(std::string_view message) {
+    std::fprintf(stderr, "pxb: %s\n", Printable(message).c_str());
     return kFailed;
 }
 
@@ -321,10 +351,12 @@ int Complain(std::string message) {
 
 int main(int argc, char** argv) {
 #if !defined(_WIN32)
-    std::signal(SIGPIPE, SIG_IGN);  // a closed pipe becomes a failed write, which is reported
+    // A closed pipe and a limit of file sizes become failed writes, which are reported.
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
 #endif
     try {
-        pxb::tool::Run(argc, argv);
+        pxb::tool::Run(pxb::tool::ProgramArguments(argc, argv));
         return 0;
     } catch (const std::bad_alloc&) {
         return pxb::tool::Complain("memory: there is not enough");

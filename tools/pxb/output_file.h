@@ -1,11 +1,13 @@
-// A file, or standard output, that appears complete or not at all: bytes go to a temporary file
-// beside the target, which Commit renames. Without Commit, or when the program is interrupted, the
-// temporary file goes away and an older file of that name stays as it was.
+// A file, or standard output, that appears complete or not at all: bytes go to an unfinished file
+// beside the target, which Commit renames.
 #pragma once
 #include <cstdint>
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <string_view>
+
+#include "unfinished_file.h"
 
 namespace pxb::tool {
 
@@ -22,13 +24,14 @@ class OutputFile {
     void Write(std::string_view text) {
         Write(text.data(), static_cast<std::int64_t>(text.size()));
     }
+    void Close();  // all is written, but the file has not its name yet
     void Commit();
 
   private:
     [[noreturn]] void Fail(std::string_view step) const;
-    void Close(std::string_view step);
 
-    std::string name_, target_, unfinished_;  // unfinished: "" for streams and devices
+    std::string name_;
+    std::optional<UnfinishedFile> unfinished_;  // none for streams and devices
     std::FILE* file_ = nullptr;
 };
 

@@ -12,8 +12,10 @@ namespace {
 
 constexpr std::array kBlendable = {PXB_RGB24, PXB_RGB32, PXB_YV12, PXB_YUY2, PXB_I420};
 
-Picture ReadFirst(const std::string& path) {
-    FrameSource source({path, {}, {}});
+Picture ReadFirst(const std::string& path, std::int64_t max_pixels) {
+    InputOptions options{path, {}, {}};
+    options.layout.max_pixels = max_pixels;
+    FrameSource source(options);
     std::optional<Frame> first = source.Next();
     if (!first) throw Error(source.name(), "frame", "0", "the file has 0 frames");
     return std::move(first->picture);
@@ -25,7 +27,7 @@ Picture MaskOf(const OverlayOptions& options, const Picture& overlay) {
         throw Error(options.path, "format", FormatName(overlay.format()),
                     "has no alpha; give a grey picture with --alpha");
     }
-    Picture mask = ReadFirst(options.alpha_path);
+    Picture mask = ReadFirst(options.alpha_path, options.max_pixels);
     if (mask.format() != PXB_RGB8)
         throw Error(options.alpha_path, "format", FormatName(mask.format()),
                     "should be a grey picture; `pxb channel` makes one");
@@ -40,7 +42,7 @@ Picture MaskOf(const OverlayOptions& options, const Picture& overlay) {
 
 Overlay::Overlay(const OverlayOptions& options)
     : options_(options),
-      original_(ReadFirst(options.path)),
+      original_(ReadFirst(options.path, options.max_pixels)),
       mask_(MaskOf(options, original_)),
       part_(options.part.value_or(Rect{0, 0, original_.size().width, original_.size().height})) {
     CheckRect(options.path, "--from-rect", part_, original_.size());

@@ -74,11 +74,13 @@ std::string Describe(PixelFormat format, Size size) {
 
 }  // namespace
 
-void CheckSize(std::string_view file, PixelFormat format, Size size) {
-    const auto refuse = [&](std::string_view reason) {
+void CheckSize(std::string_view file, PixelFormat format, Size size, std::int64_t max_pixels) {
+    const auto refuse = [&](const std::string& reason) {
         throw Error(file, "size", Describe(format, size), reason);
     };
     if (size.width < 1 || size.height < 1) refuse("width and height must be at least 1");
+    if (std::int64_t{size.width} * size.height > max_pixels)
+        refuse("more pixels than --max-pixels " + std::to_string(max_pixels) + " allows");
     // The first test keeps the second from overflowing.
     if (std::int64_t{size.width} * size.height >= kMaxBytes ||
         FrameBytes(format, Even(size)) > kMaxBytes)

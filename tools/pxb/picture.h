@@ -59,7 +59,11 @@ void RepeatEdges(Picture& picture);
 
 Picture CopyOf(std::string_view file, const Picture& picture);
 
+inline constexpr std::int64_t kDefaultMaxPixels = 1 << 28;
+
 // Throws what the constructor would throw, for readers that know the size before they allocate.
-void CheckSize(std::string_view file, PixelFormat format, Size size);
+// They also say what is the most that a file may claim.
+void CheckSize(std::string_view file, PixelFormat format, Size size,
+               std::int64_t max_pixels = INT64_MAX);
 
 }  // namespace pxb::tool

@@ -71,9 +71,10 @@ PixelFormat ChooseTransforms(const Reader& reader) {
     return color ? PXB_RGB24 : PXB_RGB8;
 }
 
-// The library writes 0 into the fourth byte of RGB32 where it has no alpha.
-bool HasAlpha(const Picture& picture) {
+// Where the input could not say whether it has alpha, it has none if that would hide all pixels.
+bool HasAlpha(const Video& video, const Picture& picture) {
     if (picture.format() != PXB_RGB32) return false;
+    if (video.alpha) return *video.alpha;
     for (std::int32_t y = 0; y < picture.size().height; ++y)
         for (std::int64_t x = 0; x < picture.size().width; ++x)
             if (picture.Row(y)[4 * x + 3] != 0) return true;
@@ -82,14 +83,16 @@ bool HasAlpha(const Picture& picture) {
 
 }  // namespace
 
-Video ReadPng(InputFile& input, const RawLayout&, const FrameSink& sink) {
+Video ReadPng(InputFile& input, const RawLayout& layout, const FrameSink& sink) {
     Reader reader(input);
     png_set_user_limits(reader.png, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
+    // Texts and profiles are not even unpacked.
+    png_set_keep_unknown_chunks(reader.png, PNG_HANDLE_CHUNK_NEVER, nullptr, -1);
     png_read_info(reader.png, reader.info);
     const Size size = {static_cast<std::int32_t>(png_get_image_width(reader.png, reader.info)),
                        static_cast<std::int32_t>(png_get_image_height(reader.png, reader.info))};
     const PixelFormat format = ChooseTransforms(reader);
-    CheckSize(input.name(), format, size);
+    CheckSize(input.name(), format, size, layout.max_pixels);
     const auto packed_row = static_cast<std::int64_t>(png_get_rowbytes(reader.png, reader.info));
     input.Require(packed_row * size.height / kMaxDeflateRatio, "PNG data");
     const int passes = png_set_interlace_handling(reader.png);
@@ -101,13 +104,14 @@ Video ReadPng(InputFile& input, const RawLayout&, const FrameSink& sink) {
             png_read_row(reader.png, picture.Row(y), nullptr);
     png_read_end(reader.png, nullptr);
     RepeatEdges(picture);
-    const Video video{format, size};
+    Video video{format, size};
+    video.alpha = format == PXB_RGB32;
     sink(video, picture, 0);
     return video;
 }
 
 void WritePng(OutputFile& output, const Video& video, const Picture& picture, std::int64_t) {
-    const bool alpha = HasAlpha(picture);
+    const bool alpha = HasAlpha(video, picture);
     const int color = alpha                      ? PNG_COLOR_TYPE_RGB_ALPHA
                       : video.format == PXB_RGB8 ? PNG_COLOR_TYPE_GRAY
                                                  : PNG_COLOR_TYPE_RGB;

@@ -9,6 +9,8 @@
 namespace pxb::tool {
 namespace {
 
+constexpr std::size_t kMaxWord = 16;
+
 struct Header {
     bool ascii, color;
     Size size;
@@ -24,29 +26,30 @@ bool IsSpace(std::optional<char> c) {
 
 // The next word of the header or of ASCII samples, with the one space character that ends it.
 // Comments run from # to the end of the line.
-std::string ReadWord(InputFile& input) {
+std::string ReadWord(InputFile& input, std::string_view field) {
     std::string word;
-    for (std::optional<char> c = input.Get(); c && word.size() < 16; c = input.Get()) {
+    for (std::optional<char> c = input.Get(); c; c = input.Get()) {
         if (c == '#')
             while (c && c != '\n') c = input.Get();
-        if (!IsSpace(c) && c)
+        if (c && !IsSpace(c))
             word += *c;
         else if (!word.empty())
             break;
+        if (word.size() > kMaxWord) throw Error(input.name(), field, word + "...", "is too long");
     }
     return word;
 }
 
 std::int32_t ReadNumber(InputFile& input, std::string_view field, std::int32_t least,
                         std::int32_t most) {
-    const std::string word = ReadWord(input);
+    const std::string word = ReadWord(input, field);
     if (const auto number = ParseNumber(word, least, most)) return *number;
     throw Error(input.name(), field, word.empty() ? "missing" : word,
                 "should be a number from " + std::to_string(least) + " to " + std::to_string(most));
 }
 
 Header ReadHeader(InputFile& input) {
-    const std::string magic = ReadWord(input);
+    const std::string magic = ReadWord(input, "header");
     if (magic != "P2" && magic != "P3" && magic != "P5" && magic != "P6")
         throw Error(input.name(), "header", magic, "is not P2, P3, P5 or P6");
     Header header{};
@@ -87,10 +90,10 @@ void StoreRow(std::uint8_t* row, const Header& header, const std::vector<std::in
 
 }  // namespace
 
-Video ReadPnm(InputFile& input, const RawLayout&, const FrameSink& sink) {
+Video ReadPnm(InputFile& input, const RawLayout& layout, const FrameSink& sink) {
     const Header header = ReadHeader(input);
     const PixelFormat format = header.color ? PXB_RGB24 : PXB_RGB8;
-    CheckSize(input.name(), format, header.size);
+    CheckSize(input.name(), format, header.size, layout.max_pixels);
     const std::int64_t row_bytes =
         header.ascii ? header.RowSamples() : header.RowSamples() * header.SampleBytes();
     input.Require(row_bytes * header.size.height, "pixels");

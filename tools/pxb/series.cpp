@@ -6,6 +6,7 @@
 
 #include "error.h"
 #include "numbers.h"
+#include "paths.h"
 
 namespace pxb::tool {
 namespace {
@@ -54,14 +55,14 @@ std::string Series::Name(std::int64_t number) const {
 }
 
 std::vector<std::int64_t> Series::Existing() const {
-    const fs::path folder = fs::path(before_ + "0").parent_path();
+    const fs::path folder = PathOf(before_ + "0").parent_path();
     const std::size_t name_at = before_.find_last_of("/\\") + 1;  // 0 where there is no folder
     const std::string before = before_.substr(name_at);
     std::error_code error;
     std::vector<std::int64_t> numbers;
     for (fs::directory_iterator entry(folder.empty() ? "." : folder, error), end;
          !error && entry != end; entry.increment(error)) {
-        const std::string name = entry->path().filename().string();
+        const std::string name = NameOf(entry->path().filename());
         if (name.size() <= before.size() + after_.size() || !name.starts_with(before)) continue;
         const auto number = ParseNumber(
             name.substr(before.size(), name.size() - before.size() - after_.size()), 0, INT32_MAX);

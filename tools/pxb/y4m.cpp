@@ -4,6 +4,7 @@
 #include "error.h"
 #include "numbers.h"
 #include "raw.h"
+#include "studio_range.h"
 
 namespace pxb::tool {
 namespace {
@@ -58,6 +59,27 @@ PixelFormat ParseLayout(const InputFile& input, const std::string& name) {
         known.append(known.empty() ? "" : ", ").append(layout.name);
     }
     throw Error(input.name(), "header C", name, "is not one of " + known);
+}
+
+// Among the comments, by custom.
+constexpr std::string_view kRangeName = "COLORRANGE=";
+constexpr std::string_view kRanges[] = {"FULL", "LIMITED"};  // as in Range
+
+// What the header or, in its stead, `wanted` says of the range; comments then say the same.
+Range TakeRange(const InputFile& input, Video& video, std::optional<Range> wanted) {
+    Range range = wanted.value_or(Range::kLimited);
+    for (std::string& comment : video.comments) {
+        if (!comment.starts_with(kRangeName)) continue;
+        const std::string word = comment.substr(kRangeName.size());
+        if (!wanted && word != kRanges[0] && word != kRanges[1])
+            throw Error(input.name(), "header XCOLORRANGE", word,
+                        "is not FULL or LIMITED; give --range full or --range limited");
+        if (!wanted) range = word == kRanges[0] ? Range::kFull : Range::kLimited;
+        // Grey pictures have all 256 values in any case, and are not converted.
+        const bool stays_full = range == Range::kFull && video.format == PXB_RGB8;
+        comment = std::string(kRangeName).append(kRanges[stays_full ? 0 : 1]);
+    }
+    return range;
 }
 
 Video ReadVideoHeader(InputFile& input) {
@@ -123,9 +145,11 @@ void WriteHeader(OutputFile& output, const Video& video) {
 
 }  // namespace
 
-Video ReadY4m(InputFile& input, const RawLayout&, const FrameSink& sink) {
-    const Video video = ReadVideoHeader(input);
-    CheckSize(input.name(), video.format, video.size);
+Video ReadY4m(InputFile& input, const RawLayout& layout, const FrameSink& sink) {
+    Video video = ReadVideoHeader(input);
+    video.was_full_range =
+        TakeRange(input, video, layout.range) == Range::kFull && video.format != PXB_RGB8;
+    CheckSize(input.name(), video.format, video.size, layout.max_pixels);
     for (std::int64_t number = 0;; ++number) {
         std::optional<Picture> picture = NextY4mFrame(input, video, number);
         if (!picture || !sink(video, *picture, number)) return video;
@@ -135,7 +159,9 @@ Video ReadY4m(InputFile& input, const RawLayout&, const FrameSink& sink) {
 std::optional<Picture> NextY4mFrame(InputFile& input, const Video& video, std::int64_t number) {
     if (input.AtEnd()) return std::nullopt;
     ReadParameters(input, kFrame, "frame " + std::to_string(number));
-    return ReadFrame(input, video, number);
+    Picture picture = ReadFrame(input, video, number);
+    if (video.was_full_range) ToStudioRange(picture);
+    return picture;
 }
 
 void WriteY4m(OutputFile& output, const Video& video, const Picture& picture, std::int64_t number) {
