@@ -46,7 +46,7 @@ class Fields {
     std::vector<std::uint8_t> bytes_;
 };
 
-struct Header {
+struct BmpHeader {
     Size size;
     bool top_down;
     int bits;
@@ -59,7 +59,7 @@ std::int64_t PaddedRowBytes(Size size, int bits) {
 }
 
 // Leaves the input behind the headers.
-Header ReadHeader(Fields& fields) {
+BmpHeader ReadBmpHeader(Fields& fields) {
     if (fields.U16(0) != ('B' | 'M' << 8)) fields.Refuse("magic", fields.U16(0), "is not BM");
     const std::uint32_t header_bytes = fields.U32(14), compression = fields.U32(30);
     if (header_bytes < 40 || 14 + std::int64_t{header_bytes} > kMaxHeaderBytes)
@@ -88,7 +88,7 @@ Header ReadHeader(Fields& fields) {
     return {size, height < 0, bits, fields.U32(10), fields.U32(46), alpha};
 }
 
-std::vector<Color> ReadPalette(InputFile& input, const Fields& fields, const Header& header) {
+std::vector<Color> ReadPalette(InputFile& input, const Fields& fields, const BmpHeader& header) {
     if (header.bits != 8) return {};
     if (header.colors > 256) fields.Refuse("palette size", header.colors, "is above 256");
     std::vector<Color> palette(header.colors == 0 ? 256 : header.colors);
@@ -96,7 +96,7 @@ std::vector<Color> ReadPalette(InputFile& input, const Fields& fields, const Hea
     return palette;
 }
 
-PixelFormat FormatOf(const Header& header, const std::vector<Color>& palette) {
+PixelFormat FormatOf(const BmpHeader& header, const std::vector<Color>& palette) {
     if (header.bits == 32) return PXB_RGB32;
     const bool grey = header.bits == 8 && std::ranges::all_of(palette, [](const Color& color) {
                           return color[0] == color[1] && color[1] == color[2];
@@ -159,7 +159,7 @@ std::string HeaderOf(const Picture& picture, std::string_view palette, bool alph
 
 Video ReadBmp(InputFile& input, const RawLayout& layout, const FrameSink& sink) {
     Fields fields(input);
-    const Header header = ReadHeader(fields);
+    const BmpHeader header = ReadBmpHeader(fields);
     const std::vector<Color> palette = ReadPalette(input, fields, header);
     const PixelFormat format = FormatOf(header, palette);
     CheckSize(input.name(), format, header.size, layout.max_pixels);

@@ -6,6 +6,7 @@
 
 #include "bmp.h"
 #include "error.h"
+#include "pam.h"
 #include "png_file.h"
 #include "pnm.h"
 #include "raw.h"
@@ -60,10 +61,13 @@ std::span<const FileType> FileTypes() {
         {"png", "PNG picture", {"png"}, {"\x89PNG\r\n\x1a\n"},
          {PXB_RGB24, PXB_RGB8, PXB_RGB32}, false, ReadPng, WritePng},
 #endif
-        {"pnm", "PNM picture", {"pnm"}, {"P2", "P3", "P5", "P6"},
+        {"pam", "PAM picture", {"pam"}, {"P7"},
+         {PXB_RGB24, PXB_RGB8, PXB_RGB32}, false, ReadPam, WritePam},
+        {"pnm", "PNM picture", {"pnm"}, {"P1", "P2", "P3", "P4", "P5", "P6"},
          {PXB_RGB24, PXB_RGB8}, false, ReadPnm, WritePnm},
         {"ppm", "PPM picture", {"ppm"}, {}, {PXB_RGB24}, false, ReadPnm, WritePnm},
         {"pgm", "PGM picture", {"pgm"}, {}, {PXB_RGB8}, false, ReadPnm, WritePnm},
+        {"pbm", "PBM picture, read only", {"pbm"}, {}, {PXB_RGB8}, false, ReadPnm, nullptr},
         {"bmp", "BMP picture", {"bmp", "dib"}, {"BM"},
          {PXB_RGB24, PXB_RGB8, PXB_RGB32}, false, ReadBmp, WriteBmp},
         {"raw", "file of raw frames",
@@ -75,6 +79,15 @@ std::span<const FileType> FileTypes() {
     return types;
 }
 
+bool HasAlpha(const Video& video, const Picture& picture) {
+    if (picture.format() != PXB_RGB32) return false;
+    if (video.alpha) return *video.alpha;
+    for (std::int32_t y = 0; y < picture.size().height; ++y)
+        for (std::int64_t x = 0; x < picture.size().width; ++x)
+            if (picture.Row(y)[4 * x + 3] != 0) return true;
+    return false;
+}
+
 const FileType* FindFileType(std::string_view name) {
     const auto type = std::ranges::find(FileTypes(), name, &FileType::name);
     return type == FileTypes().end() ? nullptr : &*type;
@@ -83,7 +96,7 @@ const FileType* FindFileType(std::string_view name) {
 std::string FileTypeNames() {
     std::string names;
     for (const FileType& type : FileTypes())
-        names.append(names.empty() ? "" : ", ").append(type.name);
+        if (type.write) names.append(names.empty() ? "" : ", ").append(type.name);
     return names;
 }
 
@@ -109,12 +122,14 @@ const FileType& InputType(InputFile& input, const RawLayout& layout) {
 const FileType& OutputType(const std::string& path, const std::string& type_name) {
     const FileType* const type =
         type_name.empty() ? FindByExtension(path) : FindFileType(type_name);
-    if (type) return *type;
+    if (type && type->write) return *type;
     const std::string known = "one of " + FileTypeNames();
     if (!type_name.empty()) throw Error("", "--type", type_name, "is not " + known);
     if (path == "-")
         throw Error("standard output", "file type", "unknown", "give --type, " + known);
-    throw Error(path, "file type", Extension(path), "unknown extension; give --type, " + known);
+    throw Error(
+        path, "file type", Extension(path),
+        (type ? "is only read; give --type, " : "unknown extension; give --type, ") + known);
 }
 
 }  // namespace pxb::tool

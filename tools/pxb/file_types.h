@@ -56,7 +56,7 @@ struct FileType {
     bool many_frames;
     // Reads the header, then frames until the sink or the file ends. Returns the header.
     Video (*read)(InputFile&, const RawLayout&, const FrameSink&);
-    // Writes one frame; the header comes with frame 0.
+    // Writes one frame; the header comes with frame 0. Null where the type is only read.
     void (*write)(OutputFile&, const Video&, const Picture&, std::int64_t number);
     // Goes on after a sink that wanted no more: the frame `number`, or nothing behind the last one.
     // Null where a file holds one frame.
@@ -65,9 +65,13 @@ struct FileType {
     bool Holds(PixelFormat format) const;
 };
 
+// Whether the fourth bytes of an RGB32 picture are alpha. Where the input could not say, they are
+// unless they would hide all pixels.
+bool HasAlpha(const Video& video, const Picture& picture);
+
 std::span<const FileType> FileTypes();
 const FileType* FindFileType(std::string_view name);
-std::string FileTypeNames();  // separated by commas
+std::string FileTypeNames();  // that can be written, separated by commas
 
 // By extension, else by the first bytes, else raw frames if `layout` tells their size.
 const FileType& InputType(InputFile& input, const RawLayout& layout);

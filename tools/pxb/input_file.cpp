@@ -13,7 +13,7 @@
 namespace pxb::tool {
 namespace {
 
-constexpr std::size_t kBufferBytes = 1 << 16;
+constexpr std::size_t kBufferBytes = 1 << 16, kMaxLine = 4096;
 
 }  // namespace
 
@@ -77,6 +77,16 @@ void InputFile::CheckEnough(std::int64_t bytes, std::int64_t needed, std::string
 
 void InputFile::Read(void* to, std::int64_t bytes, std::string_view field) {
     CheckEnough(static_cast<std::int64_t>(Take(to, static_cast<std::size_t>(bytes))), bytes, field);
+}
+
+std::string InputFile::ReadLine(std::string_view field) {
+    std::string line;
+    for (std::optional<char> c = Get(); c != '\n'; c = Get()) {
+        if (!c || line.size() == kMaxLine)
+            throw Error(name_, field, line.substr(0, 40), "the line does not end");
+        line += *c;
+    }
+    return line;
 }
 
 void InputFile::Skip(std::int64_t bytes, std::string_view field) {

@@ -71,16 +71,6 @@ PixelFormat ChooseTransforms(const Reader& reader) {
     return color ? PXB_RGB24 : PXB_RGB8;
 }
 
-// Where the input could not say whether it has alpha, it has none if that would hide all pixels.
-bool HasAlpha(const Video& video, const Picture& picture) {
-    if (picture.format() != PXB_RGB32) return false;
-    if (video.alpha) return *video.alpha;
-    for (std::int32_t y = 0; y < picture.size().height; ++y)
-        for (std::int64_t x = 0; x < picture.size().width; ++x)
-            if (picture.Row(y)[4 * x + 3] != 0) return true;
-    return false;
-}
-
 }  // namespace
 
 Video ReadPng(InputFile& input, const RawLayout& layout, const FrameSink& sink) {

@@ -1,4 +1,4 @@
-// PNM pictures: P2 and P5 (grey, RGB8), P3 and P6 (colour, RGB24), up to 16 bits a sample.
+// PNM pictures: black and white (read only) and grey as RGB8, colour as RGB24, up to 16 bits a sample.
 #pragma once
 #include "file_types.h"
 

@@ -10,7 +10,6 @@ namespace pxb::tool {
 namespace {
 
 constexpr std::string_view kMagic = "YUV4MPEG2", kFrame = "FRAME";
-constexpr std::size_t kMaxLine = 4096;
 
 struct Layout {
     std::string_view name;
@@ -21,20 +20,10 @@ constexpr Layout kLayouts[] = {
     {"420paldv", PXB_I420}, {"422", PXB_YUV422}, {"mono", PXB_RGB8},
 };
 
-std::string ReadLine(InputFile& input, std::string_view field) {
-    std::string line;
-    for (std::optional<char> c = input.Get(); c != '\n'; c = input.Get()) {
-        if (!c || line.size() == kMaxLine)
-            throw Error(input.name(), field, line.substr(0, 40), "the line does not end");
-        line += *c;
-    }
-    return line;
-}
-
 // The words after the first, which must be `first`.
 std::vector<std::string> ReadParameters(InputFile& input, std::string_view first,
                                         const std::string& field) {
-    const std::string line = ReadLine(input, field);
+    const std::string line = input.ReadLine(field);
     if (!line.starts_with(first) || (line.size() > first.size() && line[first.size()] != ' '))
         throw Error(input.name(), field, line.substr(0, 40), "should be " + std::string(first));
     std::vector<std::string> words;

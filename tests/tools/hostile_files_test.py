@@ -1,0 +1,142 @@
+#!/usr/bin/env python3
+"""Files that lie, end early or are garbage, of every type, as files and through pipes: status 0 or 2,
+one clean line, what was there stays, nothing is left, and little memory for little files.
+Arguments: the program, and for Windows programs what runs them, which gives them no standard input.
+"""
+import os
+import random
+import re
+import resource
+import subprocess
+import sys
+import tempfile
+from concurrent.futures import ThreadPoolExecutor
+from pathlib import Path
+
+PROGRAM, RUNNER = os.path.abspath(sys.argv[1]), sys.argv[2:]
+MOST_MEMORY = 64 << 20  # bytes, for files below 1024
+MOST_SECONDS = 20
+EVERY = 8 if RUNNER else 1  # of the files: a start under wine takes 0.1 s
+
+
+def pxb(*arguments, **streams):
+    return subprocess.Popen([*RUNNER, PROGRAM, *arguments], stderr=subprocess.PIPE,
+                            stdout=subprocess.PIPE, **streams)
+
+
+def types():
+    text = pxb("--help").communicate()[0].decode()
+    return re.findall(r"^  (\w+) ", text.split("Files:")[1].split("Examples:")[0], re.M)
+
+
+def good_files(folder):
+    """Small, of all types that the program writes."""
+    for name in types():
+        path = folder / f"card.{name}"
+        if name != "raw" and pxb("testcard", str(path), "--size", "17x12").wait() == 0:
+            yield name, path.read_bytes()
+
+
+def lies():
+    """Small files that claim much, whatever they hold."""
+    wide, high = b"16384", b"16383"
+    for magic in (b"P1", b"P2", b"P3", b"P4", b"P5", b"P6"):
+        depth = b"" if magic in (b"P1", b"P4") else b" 255"
+        yield "pnm", magic + b" " + wide + b" " + high + depth + b"\n1 2 3"
+    for layout in (b"420jpeg", b"422", b"444", b"mono"):
+        yield "y4m", b"YUV4MPEG2 W%b H%b C%b\nFRAME\nabc" % (wide, high, layout)
+        yield "y4m", b"YUV4MPEG2 W%b H%b C%b\n" % (wide, high, layout)
+    for depth in (1, 4, 9):
+        yield "pam", b"P7\nWIDTH %b\nHEIGHT %b\nDEPTH %d\nMAXVAL 255\nENDHDR\nabc" % (
+            wide, high, depth)
+    for bits, compression in ((1, 0), (4, 2), (8, 0), (8, 1), (16, 3), (24, 0), (32, 3), (32, 0)):
+        fields = (0, 0, 1200, 40, 16384, 16383, 1 | bits << 16, compression, 0, 0, 0, 0, 0)
+        header = b"BM" + b"".join(field.to_bytes(4, "little") for field in fields)
+        yield "bmp", header + b"\0" * 900
+        yield "bmp", header + b"\0" * 1200 + b"\0\1"
+
+
+def damaged(data, chance):
+    """Variants of a good file: cut, with other numbers, with bytes that do not belong there."""
+    for eighth in range(8):
+        yield data[:len(data) * eighth // 8]
+    yield data[:-1]
+    yield data + b"\x1b[31m more"
+    for number in list(re.finditer(rb"\d+", data[:100]))[:6]:
+        for other in (b"0", b"65535", b"2147483647", b"99999999999999999999", b"-1", b"\x1b\0\xff"):
+            yield data[:number.start()] + other + data[number.end():]
+    for _ in range(24):
+        at = chance.randrange(min(len(data), 100))
+        for other in (chance.randbytes(1), b"\xff\xff\xff\x7f"):
+            yield data[:at] + other + data[at + len(other):]
+
+
+def cases():
+    chance = random.Random(1)
+    with tempfile.TemporaryDirectory() as folder:
+        good = list(good_files(Path(folder)))
+    for name, data in good:
+        yield name, chance.randbytes(300)
+        yield from ((name, bad) for bad in damaged(data, chance))
+    yield from lies()
+
+
+def failures_of(number, name, data):
+    with tempfile.TemporaryDirectory() as top:
+        out = Path(top, "folder", "out.bmp")
+        out.parent.mkdir()
+        out.write_bytes(b"old")
+        path = Path(top, f"in.{name}")
+        path.write_bytes(data)
+        piped = number // EVERY % 2 == 1 and not RUNNER
+        command = ["info"] if number // EVERY % 4 < 2 else ["convert"]
+        command += ["-" if piped else str(path)] + ([str(out)] if command[0] == "convert" else [])
+        process = pxb(*command, stdin=subprocess.PIPE)
+        text, message = process.communicate(data if piped else None, timeout=MOST_SECONDS)
+        lines = message.decode("utf-8", "backslashreplace").splitlines()
+        status = process.returncode
+        if status not in (0, 2):
+            yield f"status {status}: {lines[:20]}"
+        if len(lines) > 1 or (status == 2) != any(line.startswith("pxb: ") for line in lines):
+            yield f"status {status} with the lines {lines}"
+        shown = text + message.replace(b"\r\n", b"\n")
+        if re.search(rb"[\0-\x09\x0b\x0c\x0e-\x1f\x7f-\xff]", shown):
+            yield f"control characters: {shown}"
+        if os.listdir(out.parent) != ["out.bmp"]:
+            yield f"left: {os.listdir(out.parent)}"
+        if (out.read_bytes() == b"old") != (status == 2 or command[0] == "info"):
+            yield f"status {status}, and the old file does not fit it"
+
+
+def memory(name, data):
+    """Most bytes of a program that reads the data from a pipe; 0 where that cannot be told."""
+    if RUNNER:
+        return 0
+    process = pxb("info", "-", stdin=subprocess.PIPE)
+    try:
+        process.stdin.write(data)
+        process.stdin.close()
+    except BrokenPipeError:
+        pass
+    process.stdout.close()
+    process.stderr.close()
+    return os.wait4(process.pid, 0)[2].ru_maxrss * 1024
+
+
+def failures(case):
+    number, (name, data) = case
+    found = list(failures_of(number, name, data))
+    return [f"{number}, {name}, {data[:80]}: {text}" for text in found]
+
+
+def main():
+    all_cases = list(enumerate(cases()))[::EVERY]
+    with ThreadPoolExecutor(2) as pool:
+        found = [line for lines in pool.map(failures, all_cases) for line in lines]
+    print("\n".join(found[:20]), f"{len(all_cases)} files, {len(found)} failures", sep="\n")
+    most = resource.getrusage(resource.RUSAGE_CHILDREN).ru_maxrss
+    print(f"most memory: {most} KiB")
+    sys.exit(bool(found) or most * 1024 > MOST_MEMORY)
+
+
+main()
