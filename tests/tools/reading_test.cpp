@@ -38,7 +38,7 @@ std::string FromHex(std::string_view hex) {
 // A picture of 2 x 2 pixels with the given parts of the header.
 std::string Bmp(int height, int bits, int compression, const std::string& palette_or_masks,
                 const std::string& rows) {
-    const int colors = bits == 8 ? static_cast<int>(palette_or_masks.size() / 4) : 0;
+    const int colors = bits <= 8 ? static_cast<int>(palette_or_masks.size() / 4) : 0;
     const int offset = 54 + static_cast<int>(palette_or_masks.size()) + 2;  // and two unused bytes
     std::string bytes = "BM";
     for (const int field :
@@ -80,6 +80,23 @@ TEST_F(Reading, UncommonPartsOfEachType) {
          PXB_RGB8, "xaax"},
         {"BMP with a palette", Bmp(-2, 8, 0, "abc.xyz.", std::string("\1\0..\0\1..", 8)), PXB_RGB24,
          "xyzabcabcxyz"},
+        {"BMP of 1 bit", Bmp(-2, 1, 0, "aaa.xxx.", "\x40...\xc0..."), PXB_RGB8, "axxx"},
+        {"BMP of 4 bits", Bmp(-2, 4, 0, "aaa.xxx.", std::string("\1...\x10...", 8)), PXB_RGB8,
+         "axxa"},
+        {"BMP of 555 bits", Bmp(-2, 16, 0, "", FromHex("01002000ffff0004")), PXB_RGB24,
+         FromHex("080000000800ffffff000008")},
+        {"BMP of 565 bits",
+         Bmp(-2, 16, 3, FromHex("00f80000e00700001f000000"), FromHex("01002000ffff0008")),
+         PXB_RGB24, FromHex("080000000400ffffff000008")},
+        {"BMP of runs",
+         Bmp(2, 8, 1, "aaa.xxx.",
+             FromHex("000201000101"
+                     "0000"
+                     "0201"
+                     "0001")),
+         PXB_RGB8, "xxax"},
+        {"BMP of runs of 4 bits", Bmp(2, 4, 2, "aaa.xxx.", FromHex("020100000001")), PXB_RGB8,
+         "aaax"},
         {"Y4M without a layout", y4m + frame, PXB_I420, "abcu1v2"},
         {"Y4M 420jpeg", y4m + " C420jpeg" + frame, PXB_I420, "abcu1v2"},
         {"Y4M 420", y4m + " C420" + frame, PXB_I420, "abcu1v2"},

@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstring>
 
+#include "bmp_runs.h"
 #include "error.h"
 
 namespace pxb::tool {
@@ -13,8 +15,7 @@ namespace {
 
 constexpr std::int64_t kHeaderBytes = 54, kMaxHeaderBytes = 14 + 256, kMaskBytes = 12;
 constexpr std::int64_t kAlphaMaskEnd = 70;  // where the header is long enough
-constexpr std::uint32_t kMasks[] = {0xff0000, 0xff00, 0xff}, kAlphaMask = 0xff000000;
-constexpr std::uint32_t kUncompressed = 0, kBitFields = 3;
+constexpr std::uint32_t kUncompressed = 0, kRuns8 = 1, kRuns4 = 2, kBitFields = 3;
 
 using Color = std::array<std::uint8_t, 4>;  // B G R and a byte that means nothing
 
@@ -46,62 +47,103 @@ class Fields {
     std::vector<std::uint8_t> bytes_;
 };
 
+// Where the channels of a pixel are that has them in bits.
+struct Masks {
+    std::uint32_t red, green, blue;
+
+    bool operator==(const Masks&) const = default;
+};
+constexpr Masks k555 = {0x7c00, 0x3e0, 0x1f}, k565 = {0xf800, 0x7e0, 0x1f},
+                k888 = {0xff0000, 0xff00, 0xff};
+constexpr std::uint32_t kAlphaMask = 0xff000000;
+
 struct BmpHeader {
     Size size;
     bool top_down;
     int bits;
-    std::uint32_t pixel_offset, colors;
+    std::uint32_t compression, pixel_offset, colors;
+    Masks masks;
     std::optional<bool> alpha;
+
+    bool Runs() const { return compression == kRuns8 || compression == kRuns4; }
 };
 
 std::int64_t PaddedRowBytes(Size size, int bits) {
     return (std::int64_t{size.width} * bits + 31) / 32 * 4;
 }
 
+// Three masks lie inside the longer kinds of header and right behind the shortest.
+void ReadMasks(Fields& fields, std::int64_t header_bytes, BmpHeader& header) {
+    fields.ReadUpTo(kHeaderBytes + kMaskBytes);
+    header.masks = {fields.U32(54), fields.U32(58), fields.U32(62)};
+    const bool known =
+        header.bits == 32 ? header.masks == k888 : header.masks == k555 || header.masks == k565;
+    if (!known)
+        fields.Refuse("red mask", header.masks.red,
+                      "only pixels stored as B G R X, or by 5 5 5 or 5 6 5 bits are read");
+    header.alpha =
+        header.bits == 32 && 14 + header_bytes >= kAlphaMaskEnd && fields.U32(66) == kAlphaMask;
+}
+
 // Leaves the input behind the headers.
 BmpHeader ReadBmpHeader(Fields& fields) {
     if (fields.U16(0) != ('B' | 'M' << 8)) fields.Refuse("magic", fields.U16(0), "is not BM");
-    const std::uint32_t header_bytes = fields.U32(14), compression = fields.U32(30);
-    if (header_bytes < 40 || 14 + std::int64_t{header_bytes} > kMaxHeaderBytes)
+    const std::int64_t header_bytes = fields.U32(14);
+    if (header_bytes < 40 || 14 + header_bytes > kMaxHeaderBytes)
         fields.Refuse("header size", header_bytes, "is not that of a known kind");
-    fields.ReadUpTo(14 + std::int64_t{header_bytes});
-
-    const int bits = fields.U16(28);
-    if (bits != 8 && bits != 24 && bits != 32)
-        fields.Refuse("bits a pixel", bits, "only 8, 24 and 32 are read");
-    std::optional<bool> alpha;
-    if (compression == kBitFields && bits == 32) {
-        // Three masks tell where the channels are, inside the longer kinds of header and right
-        // behind the shortest.
-        fields.ReadUpTo(kHeaderBytes + kMaskBytes);
-        if (fields.U32(54) != kMasks[0] || fields.U32(58) != kMasks[1] ||
-            fields.U32(62) != kMasks[2])
-            fields.Refuse("red mask", fields.U32(54), "only pixels stored as B G R X are read");
-        alpha = 14 + std::int64_t{header_bytes} >= kAlphaMaskEnd && fields.U32(66) == kAlphaMask;
-    } else if (compression != kUncompressed) {
-        fields.Refuse("compression", compression, "only uncompressed pictures are read");
-    }
+    fields.ReadUpTo(14 + header_bytes);
 
     const std::int32_t height = fields.I32(22);
     if (height == INT32_MIN) fields.Refuse("height", height, "is impossible");
-    const Size size = {fields.I32(18), height < 0 ? -height : height};
-    return {size, height < 0, bits, fields.U32(10), fields.U32(46), alpha};
+    BmpHeader header{};
+    header.size = {fields.I32(18), height < 0 ? -height : height};
+    header.top_down = height < 0;
+    header.bits = fields.U16(28);
+    header.compression = fields.U32(30);
+    header.pixel_offset = fields.U32(10);
+    header.colors = fields.U32(46);
+    header.masks = k555;
+    const int bits = header.bits;
+    if (bits != 1 && bits != 4 && bits != 8 && bits != 16 && bits != 24 && bits != 32)
+        fields.Refuse("bits a pixel", bits, "only 1, 4, 8, 16, 24 and 32 are read");
+    if (header.compression == kBitFields && (bits == 16 || bits == 32))
+        ReadMasks(fields, header_bytes, header);
+    else if (header.compression != kUncompressed &&
+             header.compression != (bits == 8   ? kRuns8
+                                    : bits == 4 ? kRuns4
+                                                : kUncompressed))
+        fields.Refuse("compression", header.compression,
+                      "is not one of pixels of " + std::to_string(bits) + " bits");
+    if (header.Runs() && header.top_down)
+        fields.Refuse("height", height, "is below 0, which runs of pixels do not allow");
+    return header;
 }
 
 std::vector<Color> ReadPalette(InputFile& input, const Fields& fields, const BmpHeader& header) {
-    if (header.bits != 8) return {};
-    if (header.colors > 256) fields.Refuse("palette size", header.colors, "is above 256");
-    std::vector<Color> palette(header.colors == 0 ? 256 : header.colors);
+    if (header.bits > 8) return {};
+    const std::uint32_t most = 1u << header.bits;
+    if (header.colors > most)
+        fields.Refuse("palette size", header.colors, "is above " + std::to_string(most));
+    std::vector<Color> palette(header.colors == 0 ? most : header.colors);
     for (Color& color : palette) input.Read(color.data(), sizeof(Color), "palette");
     return palette;
 }
 
 PixelFormat FormatOf(const BmpHeader& header, const std::vector<Color>& palette) {
     if (header.bits == 32) return PXB_RGB32;
-    const bool grey = header.bits == 8 && std::ranges::all_of(palette, [](const Color& color) {
+    const bool grey = header.bits <= 8 && std::ranges::all_of(palette, [](const Color& color) {
                           return color[0] == color[1] && color[1] == color[2];
                       });
     return grey ? PXB_RGB8 : PXB_RGB24;
+}
+
+// Indices of fewer than 8 bits, the first in the highest ones.
+void UnpackIndices(const std::uint8_t* from, int bits, std::vector<std::uint8_t>& indices) {
+    for (std::size_t x = 0; x < indices.size(); ++x) {
+        const std::size_t bit = x * static_cast<std::size_t>(bits);
+        const int shift = 8 - bits - static_cast<int>(bit % 8);
+        indices[x] = static_cast<std::uint8_t>(from[bit / 8] >> shift & ((1 << bits) - 1));
+    }
 }
 
 void StoreIndexed(std::uint8_t* row, const std::uint8_t* indices, const Picture& picture,
@@ -111,6 +153,47 @@ void StoreIndexed(std::uint8_t* row, const std::uint8_t* indices, const Picture&
         if (indices[x] >= palette.size())
             fields.Refuse("pixel", indices[x], "is no color of the palette");
         std::memcpy(row + bytes * static_cast<std::size_t>(x), palette[indices[x]].data(), bytes);
+    }
+}
+
+// A channel of 5 or 6 bits as one of 8. Readers of such files differ by 1; truncation is the custom of
+// most.
+std::uint8_t Channel(std::uint32_t pixel, std::uint32_t mask) {
+    const int shift = std::countr_zero(mask);
+    const std::uint32_t most = mask >> shift;
+    return static_cast<std::uint8_t>(((pixel & mask) >> shift) * 255 / most);
+}
+
+void StoreMasked(std::uint8_t* row, const std::uint8_t* pixels, std::int32_t width,
+                 const Masks& masks) {
+    for (std::int32_t x = 0; x < width; ++x) {
+        const std::uint32_t pixel = pixels[2 * x] | pixels[2 * x + 1] << 8;
+        row[3 * x] = Channel(pixel, masks.blue);
+        row[3 * x + 1] = Channel(pixel, masks.green);
+        row[3 * x + 2] = Channel(pixel, masks.red);
+    }
+}
+
+// From the position of the pixels on.
+void ReadRows(InputFile& input, const Fields& fields, const BmpHeader& header,
+              const std::vector<Color>& palette, Picture& picture) {
+    const std::int64_t row_bytes = PaddedRowBytes(header.size, header.bits);
+    std::vector<std::uint8_t> bytes(static_cast<std::size_t>(row_bytes));
+    std::vector<std::uint8_t> indices(header.bits < 8 ? static_cast<std::size_t>(header.size.width)
+                                                      : 0);
+    for (std::int32_t i = 0; i < header.size.height; ++i) {
+        input.Read(bytes.data(), row_bytes, "row " + std::to_string(i));
+        std::uint8_t* const row = picture.Row(header.top_down ? i : header.size.height - 1 - i);
+        if (header.bits < 8) UnpackIndices(bytes.data(), header.bits, indices);
+        if (!palette.empty())
+            StoreIndexed(row, header.bits < 8 ? indices.data() : bytes.data(), picture, palette,
+                         fields);
+        else if (header.bits == 16)
+            StoreMasked(row, bytes.data(), header.size.width, header.masks);
+        else
+            std::memcpy(
+                row, bytes.data(),
+                static_cast<std::size_t>(FrameBytes(picture.format(), {header.size.width, 1})));
     }
 }
 
@@ -147,8 +230,8 @@ std::string HeaderOf(const Picture& picture, std::string_view palette, bool alph
     std::string header;
     for (const auto& field : fields) AppendNumber(header, field.value, field.bytes);
     if (alpha) {
-        for (const std::uint32_t mask : kMasks) AppendNumber(header, mask, 4);
-        AppendNumber(header, kAlphaMask, 4);
+        for (const std::uint32_t mask : {k888.red, k888.green, k888.blue, kAlphaMask})
+            AppendNumber(header, mask, 4);
         header += "BGRs";  // the color space sRGB, whose measures are then 0
         header.append(48, '\0');
     }
@@ -167,21 +250,19 @@ Video ReadBmp(InputFile& input, const RawLayout& layout, const FrameSink& sink) 
         fields.size() + static_cast<std::int64_t>(palette.size() * sizeof(Color));
     if (header.pixel_offset < position)
         fields.Refuse("pixel offset", header.pixel_offset, "lies inside the header");
-    const std::int64_t row_bytes = PaddedRowBytes(header.size, header.bits);
-    input.Require(header.pixel_offset - position + row_bytes * header.size.height, "pixels");
-    input.Skip(header.pixel_offset - position, "pixel offset");
+    const std::int64_t gap = header.pixel_offset - position;
+    if (!header.Runs())
+        input.Require(gap + PaddedRowBytes(header.size, header.bits) * header.size.height,
+                      "pixels");
+    input.Skip(gap, "pixel offset");
+    std::vector<std::uint8_t> runs;
+    if (header.Runs()) runs = ReadBmpRuns(input, header.size, header.bits);
 
     Picture picture(input.name(), format, header.size);
-    std::vector<std::uint8_t> bytes(static_cast<std::size_t>(row_bytes));
-    for (std::int32_t i = 0; i < header.size.height; ++i) {
-        input.Read(bytes.data(), row_bytes, "row " + std::to_string(i));
-        std::uint8_t* const row = picture.Row(header.top_down ? i : header.size.height - 1 - i);
-        if (palette.empty())
-            std::memcpy(row, bytes.data(),
-                        static_cast<std::size_t>(FrameBytes(format, {header.size.width, 1})));
-        else
-            StoreIndexed(row, bytes.data(), picture, palette, fields);
-    }
+    if (!header.Runs()) ReadRows(input, fields, header, palette, picture);
+    for (std::size_t i = 0; i < runs.size(); i += header.size.width)
+        StoreIndexed(picture.Row(header.size.height - 1 - i / header.size.width), &runs[i], picture,
+                     palette, fields);
     RepeatEdges(picture);
     Video video{format, header.size};
     video.alpha = header.alpha;

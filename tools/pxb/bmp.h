@@ -1,4 +1,5 @@
-// BMP pictures, uncompressed: 8 bits with a palette, 24 and 32 bits.
+// BMP pictures of 1, 4 and 8 bits with a palette, run-length encoded or not, and of 16, 24 and 32
+// bits. Written are 8 bits (grey), 24 and 32.
 #pragma once
 #include "file_types.h"
 
