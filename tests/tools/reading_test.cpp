@@ -102,6 +102,11 @@ TEST_F(Reading, UncommonPartsOfEachType) {
         {"Y4M 420", y4m + " C420" + frame, PXB_I420, "abcu1v2"},
         {"Y4M 420mpeg2", y4m + " C420mpeg2" + frame, PXB_I420, "abcu1v2"},
         {"Y4M 422", y4m + " C422" + frame, PXB_YUV422, "abcu1v2"},
+        {"Y4M 444", y4m + " C444\nFRAME\nabcuvwxyz", PXB_AYUV32,
+         "\xff"
+         "aux\xff"
+         "bvy\xff"
+         "cwz"},
         {"Y4M mono", y4m + " Cmono\nFRAME\nabc", PXB_RGB8, "abc"},
         {"PNG with a 2-bit palette",
          FromHex(png +

@@ -35,7 +35,7 @@ TEST_F(Refusals, FilesThatLieOrEndEarly) {
         {"a.y4m", "YUV4MPEG2 W0 H4\n", "header W: 0"},
         {"a.y4m", "YUV4MPEG2 W4 H99999999999\n", "header H: 99999999999"},
         {"a.y4m", "YUV4MPEG2 W2147483647 H2147483647\n", "size: 2147483647x2147483647 I420"},
-        {"a.y4m", "YUV4MPEG2 W4 H4 C444\n", "header C: 444"},
+        {"a.y4m", "YUV4MPEG2 W4 H4 C420p10\n", "header C: 420p10"},
         {"a.y4m", "YUV4MPEG2 W4 H4\nFRAME\nabc", "frame 0: 24 bytes: the file has only 3"},
         {"a.y4m", "YUV4MPEG2 W1 H1\nFRAME\nabcd", "frame 1: d"},
         {"a.y4m", "YUV4MPEG2 W1 H1\n", "frame: 0: the file has 0 frames"},

@@ -56,7 +56,7 @@ std::span<const FileType> FileTypes() {
     // clang-format off
     static const FileType types[] = {
         {"y4m", "YUV4MPEG2 video", {"y4m"}, {"YUV4MPEG2"},
-         {PXB_I420, PXB_YUV422, PXB_RGB8}, true, ReadY4m, WriteY4m, NextY4mFrame},
+         {PXB_I420, PXB_YUV422, PXB_RGB8, PXB_AYUV32}, true, ReadY4m, WriteY4m, NextY4mFrame},
 #if PXB_TOOL_HAS_PNG
         {"png", "PNG picture", {"png"}, {"\x89PNG\r\n\x1a\n"},
          {PXB_RGB24, PXB_RGB8, PXB_RGB32}, false, ReadPng, WritePng},

@@ -1,4 +1,5 @@
-// YUV4MPEG2. Layouts: 4:2:0 in four chroma sitings (I420), 4:2:2 (planar YUV422) and mono (RGB8).
+// YUV4MPEG2. Layouts: 4:2:0 in four chroma sitings (I420), 4:2:2 (planar YUV422), 4:4:4 (AYUV32) and
+// mono (RGB8).
 #include "y4m.h"
 
 #include "error.h"
@@ -16,8 +17,8 @@ struct Layout {
     PixelFormat format;
 };
 constexpr Layout kLayouts[] = {
-    {"420jpeg", PXB_I420},  {"420", PXB_I420},   {"420mpeg2", PXB_I420},
-    {"420paldv", PXB_I420}, {"422", PXB_YUV422}, {"mono", PXB_RGB8},
+    {"420jpeg", PXB_I420}, {"420", PXB_I420},   {"420mpeg2", PXB_I420}, {"420paldv", PXB_I420},
+    {"422", PXB_YUV422},   {"444", PXB_AYUV32}, {"mono", PXB_RGB8},
 };
 
 // The words after the first, which must be `first`.
@@ -132,12 +133,43 @@ void WriteHeader(OutputFile& output, const Video& video) {
     output.Write(header + '\n');
 }
 
+// 4:4:4: planes Y, U and V; alpha is opaque.
+Picture ReadFrame444(InputFile& input, const Video& video, std::int64_t number) {
+    const std::string field = "frame " + std::to_string(number);
+    input.Require(std::int64_t{3} * video.size.width * video.size.height, field);
+    Picture picture(input.name(), video.format, video.size);
+    std::vector<std::uint8_t> samples(static_cast<std::size_t>(video.size.width));
+    for (std::size_t plane = 1; plane <= 3; ++plane)
+        for (std::int32_t y = 0; y < video.size.height; ++y) {
+            input.Read(samples.data(), video.size.width, field);
+            std::uint8_t* pixel = picture.Row(y);
+            for (const std::uint8_t sample : samples) {
+                pixel[0] = 255;
+                pixel[plane] = sample;
+                pixel += 4;
+            }
+        }
+    RepeatEdges(picture);
+    return picture;
+}
+
+void WriteFrame444(OutputFile& output, const Picture& picture) {
+    std::vector<std::uint8_t> samples(static_cast<std::size_t>(picture.size().width));
+    for (std::size_t plane = 1; plane <= 3; ++plane)
+        for (std::int32_t y = 0; y < picture.size().height; ++y) {
+            for (std::size_t x = 0; x < samples.size(); ++x)
+                samples[x] = picture.Row(y)[4 * x + plane];
+            output.Write(samples.data(), picture.size().width);
+        }
+}
+
 }  // namespace
 
 Video ReadY4m(InputFile& input, const RawLayout& layout, const FrameSink& sink) {
     Video video = ReadVideoHeader(input);
     video.was_full_range =
         TakeRange(input, video, layout.range) == Range::kFull && video.format != PXB_RGB8;
+    if (video.format == PXB_AYUV32) video.alpha = false;
     CheckSize(input.name(), video.format, video.size, layout.max_pixels);
     for (std::int64_t number = 0;; ++number) {
         std::optional<Picture> picture = NextY4mFrame(input, video, number);
@@ -148,7 +180,8 @@ Video ReadY4m(InputFile& input, const RawLayout& layout, const FrameSink& sink) 
 std::optional<Picture> NextY4mFrame(InputFile& input, const Video& video, std::int64_t number) {
     if (input.AtEnd()) return std::nullopt;
     ReadParameters(input, kFrame, "frame " + std::to_string(number));
-    Picture picture = ReadFrame(input, video, number);
+    Picture picture = video.format == PXB_AYUV32 ? ReadFrame444(input, video, number)
+                                                 : ReadFrame(input, video, number);
     if (video.was_full_range) ToStudioRange(picture);
     return picture;
 }
@@ -156,7 +189,10 @@ std::optional<Picture> NextY4mFrame(InputFile& input, const Video& video, std::i
 void WriteY4m(OutputFile& output, const Video& video, const Picture& picture, std::int64_t number) {
     if (number == 0) WriteHeader(output, video);
     output.Write("FRAME\n");
-    WriteFrame(output, picture);
+    if (video.format == PXB_AYUV32)
+        WriteFrame444(output, picture);
+    else
+        WriteFrame(output, picture);
 }
 
 }  // namespace pxb::tool
