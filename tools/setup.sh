@@ -3,13 +3,14 @@
 # Installs what is missing on Debian 12, as root or with sudo. Fast when nothing is.
 set -euo pipefail
 
-packages_build=(build-essential cmake ninja-build libcli11-dev libpng-dev libtbb-dev)
+packages_build=(build-essential cmake ninja-build libcli11-dev libpng-dev libjpeg-dev libtbb-dev)
 packages_test=(
-    g++-multilib libpng16-16:i386 libtbb12:i386  # 32-bit Linux
+    g++-multilib libpng16-16:i386 libjpeg62-turbo:i386 libtbb12:i386  # 32-bit Linux
     g++-mingw-w64-i686-posix llvm       # 32-bit Windows; llvm-dlltool writes PxbLib.lib
     wine wine32:i386
     clang lld                           # programs for Microsoft's ABI
     googletest                          # as source: built for each target
+    netpbm                              # other decoders of pictures
     qemu-user python3 clang-format clang-tidy
     libxxhash-dev                       # the manifest's hash, from its header
     nlohmann-json3-dev)                 # the benchmark, without its peers

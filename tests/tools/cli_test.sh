@@ -58,7 +58,8 @@ else
     pxb convert --help | cat - <(pxb --help) | grep -i png && fail "help offers PNG, which is missing"
 fi
 
-refused "subcommand"
+expect "$(pxb | head -c 4)" "pxb:"
+refused "command: convrt: is not known; did you mean convert?" convrt card.y4m
 refused "--frob" convert card.y4m out.bmp --frob
 refused "OUT" convert card.y4m
 refused "--size: 0x4" testcard out.y4m --size 0x4
@@ -70,7 +71,8 @@ pxb convert card.y4m card.rgb24
 refused "--mode: 6 (shrink)" resize card.rgb24 out.bmp --in-size 101x75 --size 202x150 --mode 6 --frame 1
 refused "--to-rect: 0,0,9: should be L,T,R,B" resize card.bmp out.bmp --size 9x9 --mode 1 --to-rect 0,0,9
 refused "--size is required" resize card.bmp out.bmp --mode 1
-refused "--channel" channel card.bmp out.bmp --channel 6
+refused "--channel: 6 is not a whole number from 1 to 5" channel card.bmp out.bmp --channel 6
+refused "--frame: -1 is not a whole number from 0 to 9223372036854775807" convert card.y4m out.bmp --frame -1
 refused "--at: 7" blend card.y4m card.bmp out.y4m --at 7
 refused "--horizontal" flip card.y4m out.y4m
 refused "--vertical" flip card.y4m out.y4m --horizontal --vertical
@@ -79,6 +81,22 @@ refused "--angle" rotate card.bmp out.bmp
 refused "--angle" rotate card.bmp out.bmp --angle 30.5
 refused "--frames: 3" testcard out.bmp --frames 3
 refused "--threads" convert card.y4m out.bmp --threads 0
+head -c 30000 card.y4m >short.y4m
+pxb info card.bmp short.y4m card.i420 --size 101x75 >info.txt 2>"$message"
+expect "$? $(grep -c ^type info.txt) $(wc -l <"$message")" "2 1 2"
+pxb testcard card.any --type 5 --size 9x9 && pxb testcard card.pam --type PAM --size 9x9 ||
+    fail "types by other names"
+expect "$(wc -c <card.any)" $((81 + 2 * 25))
+sed '1s/ Ip / It /' card.y4m >fields.y4m
+pxb convert fields.y4m fields.bmp 2>"$message"
+expect "$? $(cat "$message")" \
+    "0 pxb: note: fields.bmp: the two fields of its 4:2:0 frames are taken for one picture"
+printf 'P7\nWIDTH 1\nHEIGHT 1\nDEPTH 4\nMAXVAL 99\nENDHDR\n1234' >alpha.pam
+pxb convert alpha.pam alpha.ppm 2>"$message"
+expect "$? $(cat "$message")" "0 pxb: note: alpha.ppm: its alpha is lost"
+rm -f short* info.txt card.pam card.any fields* alpha*
+
+refused "--quality" testcard out.bmp --quality 5
 refused "--range: wide" info card.y4m --range wide
 refused "card.y4m: size: 101x75 I420: more pixels than --max-pixels 7574" info card.y4m --max-pixels 7574
 refused "absent?file.y4m: open" info $'absent\nfile.y4m'

@@ -199,7 +199,7 @@ TEST_F(Reading, AlphaIsWhatTheFileSays) {
     Video video{PXB_RGB32, {2, 1}};
     video.alpha = true;
     for (const FileType& type : FileTypes()) {
-        if (!type.Holds(PXB_RGB32) || type.name == "raw") continue;
+        if (!type.Holds(PXB_RGB32) || type.name == "raw" || type.name == "jpeg") continue;
         SCOPED_TRACE(type.name);
         const std::string name = "." + std::string(type.name);
         OutputFile output(Path("clear" + name));

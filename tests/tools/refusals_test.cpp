@@ -28,7 +28,7 @@ TEST_F(Refusals, FilesThatLieOrEndEarly) {
         std::string name, bytes, field_and_value;
         RawLayout layout = {};
     } cases[] = {
-        {"empty.y4m", "", "header"},
+        {"empty.y4m", "", "is empty"},
         {"a.y4m", "YUV4MPEG2 W4 H4", "header: YUV4MPEG2 W4 H4: the line does not end"},
         {"a.y4m", "YUV4MPEG3 W4 H4\n", "header: YUV4MPEG3 W4 H4: should be"},
         {"a.y4m", "YUV4MPEG2 W4\n", "header H"},
@@ -73,7 +73,7 @@ TEST_F(Refusals, FilesThatLieOrEndEarly) {
          "1234567",
          "file size: 7 bytes: not a whole number of frames of 3",
          {Size{1, 1}, {}}},
-        {"a.nv12", "", "file size: 0 bytes", {Size{2, 2}, {}}},
+        {"a.nv12", "", "is empty", {Size{2, 2}, {}}},
         {"a.nv12", "1", "size: 2147483647x2 NV12", {Size{2147483647, 2}, {}}},
         {"a.png", "no picture", has_png ? "PNG data" : "file type: unknown"},
         {"a.png",
@@ -82,7 +82,7 @@ TEST_F(Refusals, FilesThatLieOrEndEarly) {
          {{}, {}, "", {}, INT64_MAX}},
         {"a.y4m", "YUV4MPEG2 W1 H1\nFRAME\nabc", "--size", {Size{2, 2}, {}}},
         {"unknown", "what is this?", "file type: unknown"},
-        {"unknown", "", "file type: empty"},
+        {"unknown", "", "is empty"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name + " with " + c.field_and_value);

@@ -9,6 +9,8 @@
 #include "frame_writer.h"
 #include "geometry.h"
 #include "overlay.h"
+#include "printable.h"
+#include "series.h"
 #include "testcard.h"
 
 namespace pxb::tool {
@@ -61,6 +63,7 @@ void ExtractChannel(const InputOptions& from, const OutputOptions& to, int chann
     writer.Demand(PXB_RGB8, "channel");
     WalkFrames(from, writer, [&](Frame& frame) {
         frame.picture = GetChannel(frame.file, frame.picture, channel);
+        frame.video.alpha = false;  // not lost, but not asked for
     });
     writer.Commit();
 }

@@ -17,7 +17,8 @@ namespace pxb::tool {
 struct OutputOptions {
     std::string path, type;
     std::optional<PixelFormat> format;
-    bool unpadded = false;  // see Convert
+    bool unpadded = false;            // see Convert
+    std::optional<int> quality = {};  // of a JPEG picture, 1 to 100
 };
 
 struct InputOptions {

@@ -1,7 +1,7 @@
 // Calls of the library, and what to say where it refuses.
 #include "convert.h"
 
-#include <optional>
+#include <array>
 #include <string>
 
 #include "error.h"
@@ -15,20 +15,6 @@ std::int32_t ResultOf(PixelFormat from, PixelFormat to) {
     return PxbColorSpaceConv(&target.image(), &source.image());
 }
 
-// A format that both halves of the way convert, preferring those that lose least.
-std::optional<PixelFormat> FormatBetween(PixelFormat from, PixelFormat to) {
-    for (const PixelFormat between : {PXB_YUY2, PXB_RGB32, PXB_RGB24, PXB_I420, PXB_YV12})
-        if (Converts(from, between) && Converts(between, to)) return between;
-    return std::nullopt;
-}
-
-std::string Advice(PixelFormat from, PixelFormat to) {
-    if (to == PXB_RGB8) return "; `pxb channel` makes grey pictures";
-    const std::optional<PixelFormat> between = FormatBetween(from, to);
-    if (!between) return "";
-    return "; convert to " + std::string(FormatName(*between)) + " first";
-}
-
 }  // namespace
 
 std::string ResultName(std::int32_t result) {
@@ -39,6 +25,21 @@ std::string ResultName(std::int32_t result) {
 
 bool Converts(PixelFormat from, PixelFormat to) {
     return ResultOf(from, to) == PXB_SUCCESS;
+}
+
+std::string Advice(PixelFormat from, PixelFormat to) {
+    if (to == PXB_RGB8) return "; `pxb channel` makes grey pictures";
+    // The shortest way there, preferring formats that lose least.
+    static constexpr std::array kBetween = {PXB_YUY2, PXB_RGB32, PXB_RGB24, PXB_I420, PXB_YV12};
+    for (const PixelFormat between : kBetween)
+        if (Converts(from, between) && Converts(between, to))
+            return "; convert to " + std::string(FormatName(between)) + " first";
+    for (const PixelFormat first : kBetween)
+        for (const PixelFormat second : kBetween)
+            if (Converts(from, first) && Converts(first, second) && Converts(second, to))
+                return "; convert to " + std::string(FormatName(first)) + " and then to " +
+                       std::string(FormatName(second)) + " first";
+    return "";
 }
 
 Picture Convert(std::string_view file, const Picture& picture, PixelFormat to, bool unpadded) {
@@ -56,14 +57,15 @@ Picture Convert(std::string_view file, const Picture& picture, PixelFormat to, b
 }
 
 Picture GetChannel(std::string_view file, const Picture& picture, int channel) {
-    const auto refuse = [&](std::string_view reason) {
+    const auto refuse = [&](const std::string& reason) {
         throw Error(file, "channel",
                     std::to_string(channel) + " of " + std::string(FormatName(picture.format())),
                     reason);
     };
     // PxbChannelGet answers success for a luma that it could not make.
     if (channel == 5 && !Converts(picture.format(), PXB_YV12))
-        refuse("this format has no conversion to YV12, where luma comes from");
+        refuse("this format has no conversion to YV12, where luma comes from" +
+               Advice(picture.format(), PXB_YV12));
     Picture target(file, PXB_RGB8, picture.size(), Picture::Contents::kAny);
     const std::int32_t result = PxbChannelGet(&target.image(), &picture.image(), channel);
     if (result != PXB_SUCCESS) refuse("the library answers " + ResultName(result));

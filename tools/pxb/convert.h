@@ -15,6 +15,9 @@ std::string ResultName(std::int32_t result);
 // Whether the library converts this pair of formats.
 bool Converts(PixelFormat from, PixelFormat to);
 
+// What to do about a refused pair: "; convert to YUY2 first". Empty where nothing helps.
+std::string Advice(PixelFormat from, PixelFormat to);
+
 // `picture` in another format, by one call of PxbColorSpaceConv. Unpadded, the library is told of an
 // odd width as it is.
 Picture Convert(std::string_view file, const Picture& picture, PixelFormat to,

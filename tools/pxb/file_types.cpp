@@ -6,6 +6,7 @@
 
 #include "bmp.h"
 #include "error.h"
+#include "jpeg_file.h"
 #include "pam.h"
 #include "png_file.h"
 #include "pnm.h"
@@ -15,14 +16,18 @@
 namespace pxb::tool {
 namespace {
 
+std::string Lower(std::string_view text) {
+    std::string lower(text);
+    std::ranges::transform(lower, lower.begin(),
+                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return lower;
+}
+
 // Lower case, without the dot; empty for "-" and for names without one.
 std::string Extension(std::string_view path) {
     const std::size_t dot = path.find_last_of("./\\");
     if (dot == std::string_view::npos || path[dot] != '.') return "";
-    std::string extension(path.substr(dot + 1));
-    std::ranges::transform(extension, extension.begin(),
-                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return extension;
+    return Lower(path.substr(dot + 1));
 }
 
 const FileType* FindByExtension(std::string_view path) {
@@ -56,24 +61,28 @@ std::span<const FileType> FileTypes() {
     // clang-format off
     static const FileType types[] = {
         {"y4m", "YUV4MPEG2 video", {"y4m"}, {"YUV4MPEG2"},
-         {PXB_I420, PXB_YUV422, PXB_RGB8, PXB_AYUV32}, true, ReadY4m, WriteY4m, NextY4mFrame},
+         {PXB_I420, PXB_YUV422, PXB_RGB8, PXB_AYUV32}, true, false, ReadY4m, WriteY4m, NextY4mFrame},
 #if PXB_TOOL_HAS_PNG
         {"png", "PNG picture", {"png"}, {"\x89PNG\r\n\x1a\n"},
-         {PXB_RGB24, PXB_RGB8, PXB_RGB32}, false, ReadPng, WritePng},
+         {PXB_RGB24, PXB_RGB8, PXB_RGB32}, false, true, ReadPng, WritePng},
+#endif
+#if PXB_TOOL_HAS_JPEG
+        {"jpeg", "JPEG picture", {"jpg", "jpeg", "jpe"}, {"\xff\xd8\xff"},
+         {PXB_RGB24, PXB_RGB8, PXB_RGB32}, false, false, ReadJpeg, WriteJpeg},
 #endif
         {"pam", "PAM picture", {"pam"}, {"P7"},
-         {PXB_RGB24, PXB_RGB8, PXB_RGB32}, false, ReadPam, WritePam},
+         {PXB_RGB24, PXB_RGB8, PXB_RGB32}, false, true, ReadPam, WritePam},
         {"pnm", "PNM picture", {"pnm"}, {"P1", "P2", "P3", "P4", "P5", "P6"},
-         {PXB_RGB24, PXB_RGB8}, false, ReadPnm, WritePnm},
-        {"ppm", "PPM picture", {"ppm"}, {}, {PXB_RGB24}, false, ReadPnm, WritePnm},
-        {"pgm", "PGM picture", {"pgm"}, {}, {PXB_RGB8}, false, ReadPnm, WritePnm},
-        {"pbm", "PBM picture, read only", {"pbm"}, {}, {PXB_RGB8}, false, ReadPnm, nullptr},
+         {PXB_RGB24, PXB_RGB8}, false, false, ReadPnm, WritePnm},
+        {"ppm", "PPM picture", {"ppm"}, {}, {PXB_RGB24}, false, false, ReadPnm, WritePnm},
+        {"pgm", "PGM picture", {"pgm"}, {}, {PXB_RGB8}, false, false, ReadPnm, WritePnm},
+        {"pbm", "PBM picture, read only", {"pbm"}, {}, {PXB_RGB8}, false, false, ReadPnm, nullptr},
         {"bmp", "BMP picture", {"bmp", "dib"}, {"BM"},
-         {PXB_RGB24, PXB_RGB8, PXB_RGB32}, false, ReadBmp, WriteBmp},
+         {PXB_RGB24, PXB_RGB8, PXB_RGB32}, false, true, ReadBmp, WriteBmp},
         {"raw", "file of raw frames",
          {"raw", "yuv", "rgb", "rgb24", "rgb32", "yv12", "yuy2", "i420", "rgb8", "yuv422", "ayuv32",
           "nv12"},
-         {}, {kAllFormats.begin(), kAllFormats.end()}, true, ReadRaw, WriteRaw, NextRawFrame},
+         {}, {kAllFormats.begin(), kAllFormats.end()}, true, true, ReadRaw, WriteRaw, NextRawFrame},
     };
     // clang-format on
     return types;
@@ -89,8 +98,10 @@ bool HasAlpha(const Video& video, const Picture& picture) {
 }
 
 const FileType* FindFileType(std::string_view name) {
-    const auto type = std::ranges::find(FileTypes(), name, &FileType::name);
-    return type == FileTypes().end() ? nullptr : &*type;
+    const std::string lower = Lower(name);
+    for (const FileType& type : FileTypes())
+        if (type.name == lower || std::ranges::count(type.extensions, lower) != 0) return &type;
+    return FindFormatOrCode(name) ? FindFileType("raw") : nullptr;
 }
 
 std::string FileTypeNames() {
@@ -105,11 +116,16 @@ std::optional<PixelFormat> FormatByExtension(std::string_view path) {
 }
 
 const FileType& InputType(InputFile& input, const RawLayout& layout) {
+    if (input.AtEnd()) throw Error(input.name(), "", "", "is empty");
     const FileType* const type = FindInputType(input, layout);
-    if (!type)
-        throw Error(input.name(), "file type", input.AtEnd() ? "empty" : "unknown",
-                    "give " + std::string(layout.size_option) +
-                        " WxH and --format NAME if it holds raw frames");
+    if (!type) {
+        std::string known;
+        for (const FileType& readable : FileTypes())
+            known.append(known.empty() ? "" : ", ").append(readable.name);
+        throw Error(input.name(), "file type", "unknown",
+                    "can read " + known + "; raw frames need " + std::string(layout.size_option) +
+                        " WxH and --format NAME");
+    }
     if (type->read != ReadRaw && (layout.size || layout.format))
         throw Error(input.name(), layout.size ? layout.size_option : "--format", "",
                     "is for raw frames, and this is a " + std::string(type->description));

@@ -15,6 +15,8 @@
 
 namespace pxb::tool {
 
+inline constexpr int kDefaultQuality = 90;  // of 1 to 100
+
 // What a file says about its frames beside their pixels.
 struct Video {
     PixelFormat format;
@@ -27,6 +29,7 @@ struct Video {
     // Whether the fourth bytes of RGB32, or the first of AYUV32, are alpha. Without a value the file
     // could not say so.
     std::optional<bool> alpha = {};
+    int quality = kDefaultQuality;  // for a type that has a choice
 };
 
 // Of YUV samples: all 256 values, or those of studios, which the library computes in.
@@ -53,7 +56,7 @@ struct FileType {
     std::vector<std::string_view> extensions;  // without the dot, lower case
     std::vector<std::string_view> magic;       // how such files begin
     std::vector<PixelFormat> formats;  // that it holds; in a conversion the first is tried first
-    bool many_frames;
+    bool many_frames, keeps_alpha;
     // Reads the header, then frames until the sink or the file ends. Returns the header.
     Video (*read)(InputFile&, const RawLayout&, const FrameSink&);
     // Writes one frame; the header comes with frame 0. Null where the type is only read.
@@ -70,6 +73,7 @@ struct FileType {
 bool HasAlpha(const Video& video, const Picture& picture);
 
 std::span<const FileType> FileTypes();
+// By its name or an extension, in any case. Names and codes of pixel formats stand for raw frames.
 const FileType* FindFileType(std::string_view name);
 std::string FileTypeNames();  // that can be written, separated by commas
 

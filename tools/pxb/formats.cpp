@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cctype>
 
+#include "numbers.h"
+
 namespace pxb::tool {
 namespace {
 
@@ -31,6 +33,12 @@ std::optional<PixelFormat> FindFormat(std::string_view name) {
     for (const PixelFormat format : kAllFormats)
         if (SameLetters(name, FormatName(format))) return format;
     return std::nullopt;
+}
+
+std::optional<PixelFormat> FindFormatOrCode(std::string_view text) {
+    if (const auto code = ParseNumber(text, 1, static_cast<std::int32_t>(kAllFormats.size())))
+        return static_cast<PixelFormat>(*code);
+    return FindFormat(text);
 }
 
 std::string ToString(Size size) {

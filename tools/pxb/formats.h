@@ -22,6 +22,8 @@ std::string_view FormatName(std::int32_t format);
 std::string FormatNames();                                     // all nine, separated by commas
 std::optional<PixelFormat> FindFormat(std::string_view name);  // capitals do not matter
 
+std::optional<PixelFormat> FindFormatOrCode(std::string_view text);  // also "1" to "9"
+
 std::string ToString(Size size);  // 640x480
 
 // One plane of an image of which the top left `visible` pixels matter.

@@ -17,6 +17,7 @@ struct Frame {
     Video video;
     Picture picture;
     std::int64_t number = 0;          // of those that are wanted, from 0 on
+    std::string note = {};            // for people, about what is lost on the way
     std::optional<double> done = {};  // of all the input, when this had been read: 0 to 1
 };
 

@@ -1,7 +1,10 @@
 #include "frame_writer.h"
 
+#include <cstdio>
+
 #include "convert.h"
 #include "error.h"
+#include "printable.h"
 
 namespace pxb::tool {
 namespace {
@@ -10,14 +13,24 @@ bool HasFourthBytes(PixelFormat format) {
     return format == PXB_RGB32 || format == PXB_AYUV32;
 }
 
+bool IsInterlaced(const Video& video) {
+    const std::string& word = video.interlacing;
+    return word == "t" || word == "b" || word == "m";
+}
+
 }  // namespace
 
 FrameWriter::FrameWriter(const OutputOptions& to)
     : path_(to.path),
       type_(OutputType(to.path, to.type)),
       series_(Series::Find(to.path)),
-      unpadded_(to.unpadded) {
+      unpadded_(to.unpadded),
+      quality_(to.quality.value_or(kDefaultQuality)) {
     if (to.format) Demand(*to.format, "--to");
+    if (!wanted_) wanted_ = FindFormatOrCode(to.type);
+    if (to.quality && type_.name != "jpeg")
+        throw Error(path_, "--quality", std::to_string(*to.quality),
+                    "is for JPEG, and this is a " + std::string(type_.description));
 }
 
 void FrameWriter::Demand(PixelFormat format, std::string_view field) {
@@ -41,6 +54,11 @@ PixelFormat FrameWriter::FormatFor(PixelFormat from) const {
 
 void FrameWriter::Prepare(Frame& frame) const {
     const PixelFormat format = FormatFor(frame.picture.format());
+    const bool had_alpha = frame.video.alpha.value_or(false);
+    const bool changes = frame.video.format != format ||
+                         ToString(frame.video.size) != ToString(frame.picture.size());
+    if (changes && frame.video.format == PXB_I420 && IsInterlaced(frame.video))
+        frame.note = "the two fields of its 4:2:0 frames are taken for one picture";
     if (format != frame.picture.format())
         frame.picture = Convert(frame.file, frame.picture, format, unpadded_);
     if (frame.video.format != format) {
@@ -50,9 +68,12 @@ void FrameWriter::Prepare(Frame& frame) const {
         frame.video.comments.clear();
     }
     frame.video.size = frame.picture.size();
+    frame.video.quality = quality_;
+    if (had_alpha && !(type_.keeps_alpha && *frame.video.alpha)) frame.note = "its alpha is lost";
 }
 
 void FrameWriter::Write(const Frame& frame) {
+    if (note_.empty()) note_ = frame.note;
     if (!output_) output_.emplace(series_ ? series_->Name(frames_) : path_);
     type_.write(*output_, frame.video, frame.picture, series_ ? 0 : frames_);
     ++frames_;
@@ -63,6 +84,12 @@ void FrameWriter::Write(const Frame& frame) {
 
 void FrameWriter::Commit() {
     if (output_) output_->Commit();
+    CheckEndOfSeries();
+    if (!note_.empty())
+        std::fprintf(stderr, "pxb: note: %s: %s\n", Printable(path_).c_str(), note_.c_str());
+}
+
+void FrameWriter::CheckEndOfSeries() const {
     if (!series_) return;
     const std::vector<std::int64_t> numbers = series_->Existing();
     if (!numbers.empty() && numbers.back() >= frames_)

@@ -36,14 +36,17 @@ class FrameWriter {
 
   private:
     PixelFormat FormatFor(PixelFormat from) const;
+    void CheckEndOfSeries() const;
 
     std::string path_;
     const FileType& type_;
     std::optional<Series> series_;
     std::optional<PixelFormat> wanted_;
     bool unpadded_;
+    int quality_;
     std::optional<OutputFile> output_;
     std::int64_t frames_ = 0;
+    std::string note_;  // said at the end, where all went well
 };
 
 }  // namespace pxb::tool

@@ -35,18 +35,20 @@ Size ParseSize(std::string_view option, std::string_view text) {
         const auto height = ParseNumber(text.substr(cross + 1), 1, INT32_MAX);
         if (width && height) return {*width, *height};
     }
-    throw Error("", option, text, "should be WxH, two numbers from 1 on, such as 640x480");
+    throw Error("", option, text,
+                "should be WxH, two numbers from 1 to 2147483647, such as 640x480");
 }
 
 Rect ParseRect(std::string_view option, std::string_view text) {
     const auto edges = ParseNumbers<4>(text);
     if (edges) return {(*edges)[0], (*edges)[1], (*edges)[2], (*edges)[3]};
-    throw Error("", option, text, "should be L,T,R,B, four numbers from 0 on, such as 0,0,640,480");
+    throw Error("", option, text,
+                "should be L,T,R,B, four numbers from 0 to 2147483647, such as 0,0,640,480");
 }
 
 Point ParsePoint(std::string_view option, std::string_view text) {
     if (const auto numbers = ParseNumbers<2>(text)) return {(*numbers)[0], (*numbers)[1]};
-    throw Error("", option, text, "should be X,Y, two numbers from 0 on, such as 16,16");
+    throw Error("", option, text, "should be X,Y, two numbers from 0 to 2147483647, such as 16,16");
 }
 
 std::string ToString(Point point) {

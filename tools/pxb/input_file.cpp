@@ -79,6 +79,12 @@ void InputFile::Read(void* to, std::int64_t bytes, std::string_view field) {
     CheckEnough(static_cast<std::int64_t>(Take(to, static_cast<std::size_t>(bytes))), bytes, field);
 }
 
+std::size_t InputFile::ReadSome(void* to, std::size_t bytes, std::string_view field) {
+    const std::size_t taken = Take(to, bytes);
+    CheckEnough(static_cast<std::int64_t>(taken), 1, field);
+    return taken;
+}
+
 std::string InputFile::ReadLine(std::string_view field) {
     std::string line;
     for (std::optional<char> c = Get(); c != '\n'; c = Get()) {

@@ -23,6 +23,8 @@ class InputFile {
     std::optional<char> Get();
     // Exactly `bytes`; `field` names what they are, for the message where the file ends early.
     void Read(void* to, std::int64_t bytes, std::string_view field);
+    // At least one, at most `bytes`.
+    std::size_t ReadSome(void* to, std::size_t bytes, std::string_view field);
     std::string ReadLine(std::string_view field);  // without its end, at most 4096 bytes
     void Skip(std::int64_t bytes, std::string_view field);
 

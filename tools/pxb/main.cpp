@@ -1,4 +1,5 @@
 // pxb: arguments in, one command, one line on standard error and status 2 where something is wrong.
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <exception>
@@ -12,6 +13,8 @@
 #include "error.h"
 #include "frame_loop.h"
 #include "geometry.h"
+#include "nearest.h"
+#include "numbers.h"
 #include "printable.h"
 #include "program_arguments.h"
 
@@ -19,6 +22,12 @@ namespace pxb::tool {
 namespace {
 
 constexpr int kFailed = 2;
+
+// One line, whatever file names and headers contain.
+int Complain(std::string_view message) {
+    std::fprintf(stderr, "pxb: %s\n", Printable(message).c_str());
+    return kFailed;
+}
 
 constexpr char kExamples[] =
     R"(The extension of a file tells its type, else the first bytes do. `-` is standard input or output.
@@ -92,8 +101,18 @@ Only 90, 180 and 270 are exact; 450 is interpolated like 30. Without --size OUT 
 with width and height exchanged at quarter turns.)";
 
 PixelFormat ParseFormat(std::string_view option, const std::string& text) {
-    if (const std::optional<PixelFormat> format = FindFormat(text)) return *format;
-    throw Error("", option, text, "is not one of " + FormatNames());
+    if (const std::optional<PixelFormat> format = FindFormatOrCode(text)) return *format;
+    throw Error("", option, text, "is not one of " + FormatNames() + ", nor a code from 1 to 9");
+}
+
+// Whole numbers. The parser's own checks would show the range of a double.
+CLI::Validator InRange(std::int64_t least, std::int64_t most) {
+    const std::string range = std::to_string(least) + " to " + std::to_string(most);
+    return {[=](std::string& text) {
+                if (ParseNumber(text, least, most)) return std::string();
+                return text + " is not a whole number from " + range;
+            },
+            ""};
 }
 
 std::optional<Range> ParseRange(std::string_view option, const std::string& text) {
@@ -107,33 +126,43 @@ std::optional<Range> ParseRange(std::string_view option, const std::string& text
 struct Arguments {
     std::string input, output, size, format, to, type, rect, new_size, mode, from_rect, to_rect;
     std::string range, overlay, alpha, at = "0,0";
+    std::vector<std::string> inputs;
     std::optional<std::int64_t> frame;
+    std::optional<int> quality;
     std::int64_t max_pixels = kDefaultMaxPixels;
     int frames = 1, channel = 0, threads = UsualThreads();
     std::int32_t angle = 0;
+    int status = 0;  // of the program
     bool horizontal = false, vertical = false, unpadded = false;
 
     void AddInput(CLI::App& command, const std::string& name = "IN",
                   const std::string& size_name = "--size") {
         command.add_option(name, input, "file to read, or -")->required();
+        AddReading(command, size_name);
+    }
+    void AddReading(CLI::App& command, const std::string& size_name) {
         command.add_option(size_name, size, "raw frames: their size")->type_name("WxH");
         command.add_option("--format", format, "raw frames: their format")->type_name("NAME");
         command
             .add_option("--max-pixels", max_pixels,
                         "refuse files that claim more pixels a frame; else 268435456")
             ->type_name("N")
-            ->check(CLI::PositiveNumber);
+            ->check(InRange(1, INT64_MAX));
         command.add_option("--range", range, "Y4M: full or limited, whatever its header says")
             ->type_name("NAME");
     }
     void AddOutput(CLI::App& command) {
         command.add_option("OUT", output, "file to write, or -")->required();
         command.add_option("--type", type, "type of OUT: " + FileTypeNames())->type_name("NAME");
+        if (!FindFileType("jpeg")) return;
+        command.add_option("--quality", quality, "of a JPEG picture, 1 to 100; else 90")
+            ->type_name("N")
+            ->check(InRange(1, 100));
     }
     void AddFrame(CLI::App& command) {
         command.add_option("--frame", frame, "this frame alone, counted from 0")
             ->type_name("N")
-            ->check(CLI::NonNegativeNumber);
+            ->check(InRange(0, INT64_MAX));
     }
     void AddThreads(CLI::App& command) {
         const int most = MostThreads();
@@ -142,7 +171,7 @@ struct Arguments {
                         most == 1 ? "always 1: this build has no others"
                                   : "that work on frames; else one for each processor")
             ->type_name("N")
-            ->check(CLI::Range(1, most));
+            ->check(InRange(1, most));
     }
     void AddTo(CLI::App& command, const std::string& otherwise) {
         command.add_option("--to", to, "format of OUT; " + otherwise)->type_name("NAME");
@@ -167,7 +196,7 @@ struct Arguments {
         return ParseRect("--rect", rect);
     }
     OutputOptions Output() const {
-        OutputOptions options{output, type, {}, unpadded};
+        OutputOptions options{output, type, {}, unpadded, quality};
         if (!to.empty()) options.format = ParseFormat("--to", to);
         return options;
     }
@@ -212,7 +241,7 @@ void AddTestcard(CLI::App& app, Arguments& arguments) {
         ->type_name("WxH");
     testcard.add_option("--frames", arguments.frames, "frames of a moving card")
         ->type_name("N")
-        ->check(CLI::Range(1, 100000));
+        ->check(InRange(1, 100000));
     arguments.AddTo(testcard, "else I420, or RGB24 where OUT is a picture");
     testcard.callback([&arguments] {
         const std::string& size = arguments.size;
@@ -223,9 +252,20 @@ void AddTestcard(CLI::App& app, Arguments& arguments) {
 
 void AddInfo(CLI::App& app, Arguments& arguments) {
     CLI::App& info = *app.add_subcommand("info", "Say what a file holds");
-    arguments.AddInput(info);
+    info.add_option("IN", arguments.inputs, "files to read, or -")->required();
+    arguments.AddReading(info, "--size");
     info.footer(kAboutFiles);
-    info.callback([&arguments] { Print(Describe(arguments.Input())); });
+    info.callback([&arguments] {
+        for (const std::string& input : arguments.inputs) {
+            arguments.input = input;
+            try {
+                Print((input == arguments.inputs[0] ? "" : "\n") + Describe(arguments.Input()));
+            } catch (const Error& error) {
+                if (arguments.inputs.size() == 1) throw;
+                arguments.status = Complain(error.what());
+            }
+        }
+    });
 }
 
 void AddConvert(CLI::App& app, Arguments& arguments) {
@@ -246,7 +286,7 @@ void AddChannel(CLI::App& app, Arguments& arguments) {
                     "1 alpha of RGB32, grey of RGB24; 2 red, 3 green, 4 blue of RGB32; 5 luma")
         ->type_name("N")
         ->required()
-        ->check(CLI::Range(1, 5));
+        ->check(InRange(1, 5));
     channel.callback(
         [&arguments] { ExtractChannel(arguments.Input(), arguments.Output(), arguments.channel); });
 }
@@ -274,6 +314,7 @@ void AddRotate(CLI::App& app, Arguments& arguments) {
                                        "Turn a file, one library call a frame", "--in-size");
     rotate.add_option("--angle", arguments.angle, "degrees, a whole number")
         ->type_name("DEGREES")
+        ->check(InRange(INT32_MIN, INT32_MAX))
         ->required();
     rotate.add_option("--size", arguments.new_size, "size of OUT")->type_name("WxH");
     arguments.AddTo(rotate, kElseThatOfIn);
@@ -318,7 +359,16 @@ void AddBlend(CLI::App& app, Arguments& arguments) {
         [&arguments] { BlendOver(arguments.Input(), arguments.Overlay(), arguments.Output()); });
 }
 
-void Run(const std::vector<std::string>& words) {
+void CheckCommand(const CLI::App& app, const std::string& word) {
+    if (word.starts_with("-")) return;
+    std::vector<std::string> commands;
+    for (const CLI::App* command : app.get_subcommands({})) commands.push_back(command->get_name());
+    if (std::ranges::count(commands, word) == 0)
+        throw Error("", "command", word,
+                    "is not known; did you mean " + Nearest(word, commands) + "? (pxb --help)");
+}
+
+int Run(const std::vector<std::string>& words) {
     std::vector<const char*> pointers;
     for (const std::string& word : words) pointers.push_back(word.c_str());
     Arguments arguments;
@@ -330,6 +380,11 @@ void Run(const std::vector<std::string>& words) {
         add(app, arguments);
     app.footer(Examples());  // last: commands would inherit it
 
+    if (words.size() < 2) {
+        Print(app.help());
+        return 0;
+    }
+    CheckCommand(app, words[1]);
     try {
         app.parse(static_cast<int>(pointers.size()), pointers.data());
     } catch (const CLI::ParseError& error) {
@@ -338,12 +393,7 @@ void Run(const std::vector<std::string>& words) {
         app.exit(error, text, text);
         Print(text.str());
     }
-}
-
-// One line, whatever file names and headers contain.
-int Complain(std::string_view message) {
-    std::fprintf(stderr, "pxb: %s\n", Printable(message).c_str());
-    return kFailed;
+    return arguments.status;
 }
 
 }  // namespace
@@ -356,8 +406,7 @@ int main(int argc, char** argv) {
     std::signal(SIGXFSZ, SIG_IGN);
 #endif
     try {
-        pxb::tool::Run(pxb::tool::ProgramArguments(argc, argv));
-        return 0;
+        return pxb::tool::Run(pxb::tool::ProgramArguments(argc, argv));
     } catch (const std::bad_alloc&) {
         return pxb::tool::Complain("memory: there is not enough");
     } catch (const CLI::Error& error) {

@@ -7,9 +7,9 @@
 
 namespace pxb::tool {
 
-inline std::optional<std::int32_t> ParseNumber(std::string_view text, std::int32_t least,
-                                               std::int32_t most) {
-    std::int32_t number = 0;
+template <class Number>
+std::optional<Number> ParseNumber(std::string_view text, Number least, Number most) {
+    Number number = 0;
     const char* const end = text.data() + text.size();
     const auto [rest, error] = std::from_chars(text.data(), end, number);
     if (error != std::errc() || rest != end || number < least || number > most) return std::nullopt;

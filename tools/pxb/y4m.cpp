@@ -39,7 +39,7 @@ std::vector<std::string> ReadParameters(InputFile& input, std::string_view first
 std::int32_t ParseExtent(const InputFile& input, const std::string& word) {
     if (const auto extent = ParseNumber(word.substr(1), 1, INT32_MAX)) return *extent;
     throw Error(input.name(), "header " + word.substr(0, 1), word.substr(1),
-                "is not a whole number from 1 on");
+                "should be a number from 1 to 2147483647");
 }
 
 PixelFormat ParseLayout(const InputFile& input, const std::string& name) {
