@@ -109,6 +109,7 @@ TEST_F(Refusals, RequestsThatCannotBeMet) {
         {{planar, three, {}},
          {Path("out.rgb32"), "", {}},
          "YUV422 to RGB32: the library answers 2 (PXB_BAD_ARGUMENT); convert to "},
+        {{planar, three, {}}, {Path("out.nv12"), "", {}}, "convert to YUY2, then to RGB32 first"},
         {{planar, three, {}}, {Path("out.pgm"), "", {}}, "`pxb channel` makes grey pictures"},
         {{planar, three, 1}, {Path("out.yuv"), "", {}}, "frame: 1: the file has 1 frame"},
         {{grey, {}, {}}, {Path("out.ppm"), "", PXB_YUY2}, "--to: YUY2: a PPM picture holds RGB24"},
@@ -129,7 +130,9 @@ TEST_F(Refusals, RequestsThatCannotBeMet) {
         int number;
         const char *out, *message;
     } channels[] = {
-        {1, "out.bmp", "channel: 1 of RGB8: the library answers 1"},
+        {1, "out.bmp",
+         "channel: 1 of RGB8: the library answers 1 (PXB_UNSUPPORTED); convert to RGB24, then to "
+         "RGB32 first"},
         {5, "out.bmp", "channel: 5 of RGB8: this format"},
         {1, "out.ppm", "channel: RGB8: a PPM picture holds RGB24"},
     };

@@ -26,7 +26,7 @@ class Runs {
         while (y_ < size_.height) {
             const auto [length, value] = Pair();
             if (length > 0) {
-                Put(length, [&](int i) { return Index(value, i); });
+                Put(length, [&, byte = value](int i) { return Index(byte, i); });
             } else if (value == kEndOfRow) {
                 x_ = 0;
                 ++y_;

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <string>
+#include <vector>
 
 #include "error.h"
 
@@ -13,6 +14,26 @@ std::int32_t ResultOf(PixelFormat from, PixelFormat to) {
     const Size smallest = {2, 2};
     Picture source("", from, smallest), target("", to, smallest);
     return PxbColorSpaceConv(&target.image(), &source.image());
+}
+
+// The formats on the shortest way there, preferring those that lose least.
+std::vector<PixelFormat> Between(PixelFormat from, PixelFormat to) {
+    static constexpr std::array kBetween = {PXB_YUY2, PXB_RGB32, PXB_RGB24, PXB_I420, PXB_YV12};
+    if (Converts(from, to)) return {};
+    for (const PixelFormat between : kBetween)
+        if (Converts(from, between) && Converts(between, to)) return {between};
+    for (const PixelFormat first : kBetween)
+        for (const PixelFormat second : kBetween)
+            if (Converts(from, first) && Converts(first, second) && Converts(second, to))
+                return {first, second};
+    return {};
+}
+
+std::string ConvertFirst(const std::vector<PixelFormat>& formats) {
+    std::string names;
+    for (const PixelFormat format : formats)
+        names.append(names.empty() ? "" : ", then to ").append(FormatName(format));
+    return names.empty() ? "" : "; convert to " + names + " first";
 }
 
 }  // namespace
@@ -29,17 +50,7 @@ bool Converts(PixelFormat from, PixelFormat to) {
 
 std::string Advice(PixelFormat from, PixelFormat to) {
     if (to == PXB_RGB8) return "; `pxb channel` makes grey pictures";
-    // The shortest way there, preferring formats that lose least.
-    static constexpr std::array kBetween = {PXB_YUY2, PXB_RGB32, PXB_RGB24, PXB_I420, PXB_YV12};
-    for (const PixelFormat between : kBetween)
-        if (Converts(from, between) && Converts(between, to))
-            return "; convert to " + std::string(FormatName(between)) + " first";
-    for (const PixelFormat first : kBetween)
-        for (const PixelFormat second : kBetween)
-            if (Converts(from, first) && Converts(first, second) && Converts(second, to))
-                return "; convert to " + std::string(FormatName(first)) + " and then to " +
-                       std::string(FormatName(second)) + " first";
-    return "";
+    return ConvertFirst(Between(from, to));
 }
 
 Picture Convert(std::string_view file, const Picture& picture, PixelFormat to, bool unpadded) {
@@ -68,7 +79,10 @@ Picture GetChannel(std::string_view file, const Picture& picture, int channel) {
                Advice(picture.format(), PXB_YV12));
     Picture target(file, PXB_RGB8, picture.size(), Picture::Contents::kAny);
     const std::int32_t result = PxbChannelGet(&target.image(), &picture.image(), channel);
-    if (result != PXB_SUCCESS) refuse("the library answers " + ResultName(result));
+    if (result == PXB_SUCCESS) return target;
+    std::vector<PixelFormat> way = Between(picture.format(), PXB_RGB32);
+    way.push_back(PXB_RGB32);  // which has all channels
+    refuse("the library answers " + ResultName(result) + ConvertFirst(way));
     return target;
 }
 

@@ -256,10 +256,12 @@ void AddInfo(CLI::App& app, Arguments& arguments) {
     arguments.AddReading(info, "--size");
     info.footer(kAboutFiles);
     info.callback([&arguments] {
+        std::string gap;
         for (const std::string& input : arguments.inputs) {
             arguments.input = input;
             try {
-                Print((input == arguments.inputs[0] ? "" : "\n") + Describe(arguments.Input()));
+                Print(gap + Describe(arguments.Input()));
+                gap = "\n";
             } catch (const Error& error) {
                 if (arguments.inputs.size() == 1) throw;
                 arguments.status = Complain(error.what());
