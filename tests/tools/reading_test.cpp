@@ -151,7 +151,7 @@ TEST_F(Reading, Y4mKeepsItsParametersThroughACopy) {
 
 // 219 / 255 and 224 / 255 of what lies above black and round grey.
 TEST_F(Reading, Y4mOfFullRangeComesInStudioRange) {
-    const auto y4m = [](std::string parameters, std::string samples) {
+    const auto y4m = [](const std::string& parameters, const std::string& samples) {
         return "YUV4MPEG2 W2 H2 F25:1" + parameters + "\nFRAME\n" + samples;
     };
     const std::string full = FromHex("0080ff0100ff"), limited = FromHex("107eeb1110f0");

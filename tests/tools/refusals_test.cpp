@@ -19,10 +19,10 @@ TEST_F(Refusals, FilesThatLieOrEndEarly) {
     const std::string bmp("BM\0\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\2\0\0\0\2\0\0\0\1\0\x18\0", 30);
     const bool has_png = FindFileType("png") != nullptr;
     const std::string no_compression(24, '\0');
-    const auto runs = [&](const char* pairs, std::size_t bytes) {
+    const auto runs = [&](const std::string& pairs) {
         std::string header = bmp + std::string(24, '\0') + std::string(1024, 'x');
         header[11] = 4, header[28] = 8, header[30] = 1;
-        return header + std::string(pairs, bytes);
+        return header + pairs;
     };
     const struct {
         std::string name, bytes, field_and_value;
@@ -60,9 +60,9 @@ TEST_F(Refusals, FilesThatLieOrEndEarly) {
         {"a.bmp", "BM", "header: 2 bytes"},
         {"a.bmp", bmp + no_compression + "abc", "pixels: 16 bytes"},
         {"a.bmp", bmp + std::string("\1\0\0\0", 4) + no_compression, "compression: 1"},
-        {"a.bmp", runs("\2\1\1\1\0\1", 6), "row 0: 3 pixels: the width is 2"},
-        {"a.bmp", runs("\0\2\3\0\0\1", 6), "row 0: 3 pixels: the width is 2"},
-        {"a.bmp", runs("\2\1\0", 3), "row 0: 1 bytes: the file ends"},
+        {"a.bmp", runs(std::string("\2\1\1\1\0\1", 6)), "row 0: 3 pixels: the width is 2"},
+        {"a.bmp", runs(std::string("\0\2\3\0\0\1", 6)), "row 0: 3 pixels: the width is 2"},
+        {"a.bmp", runs(std::string("\2\1\0", 3)), "row 0: 1 bytes: the file ends"},
         {"a.bmp", bmp.substr(0, 28) + std::string("\2\0", 2) + no_compression, "bits a pixel: 2"},
         {"a.bmp", bmp.substr(0, 10) + std::string(4, '\0') + bmp.substr(14) + no_compression,
          "pixel offset: 0"},

@@ -69,9 +69,9 @@ std::size_t InputFile::Take(void* to, std::size_t bytes) {
     return done;
 }
 
-void InputFile::CheckEnough(std::int64_t bytes, std::int64_t needed, std::string_view field) const {
-    if (bytes < needed)
-        throw Error(name_, field, std::to_string(bytes) + " bytes",
+void InputFile::CheckEnough(std::int64_t found, std::int64_t needed, std::string_view field) const {
+    if (found < needed)
+        throw Error(name_, field, std::to_string(found) + " bytes",
                     "the file ends where " + std::to_string(needed) + " are needed");
 }
 
@@ -113,10 +113,10 @@ void InputFile::Require(std::int64_t bytes, std::string_view field) {
     }
     const auto ahead = [this] { return static_cast<std::int64_t>(end_ - next_); };
     while (bytes > taken_ && ahead() < bytes) {
-        const std::int64_t before = ahead();
+        const std::int64_t found = ahead();
         if (end_ - next_ == buffer_.size()) buffer_.resize(2 * buffer_.size());
         Fill();
-        if (ahead() == before) CheckEnough(before, bytes, field);
+        if (ahead() == found) CheckEnough(found, bytes, field);
     }
 }
 

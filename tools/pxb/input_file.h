@@ -42,7 +42,7 @@ class InputFile {
 
     std::size_t Take(void* to, std::size_t bytes);
     void Fill();
-    void CheckEnough(std::int64_t bytes, std::int64_t needed, std::string_view field) const;
+    void CheckEnough(std::int64_t found, std::int64_t needed, std::string_view field) const;
 
     std::string name_;
     std::unique_ptr<std::FILE, Closer> file_;

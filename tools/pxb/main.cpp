@@ -372,6 +372,7 @@ void CheckCommand(const CLI::App& app, const std::string& word) {
 
 int Run(const std::vector<std::string>& words) {
     std::vector<const char*> pointers;
+    pointers.reserve(words.size());
     for (const std::string& word : words) pointers.push_back(word.c_str());
     Arguments arguments;
     CLI::App app("pxb: looks at what PxbLib does with pictures.", "pxb");
