@@ -110,7 +110,7 @@ def cases():
 
 def failures_of(number, name, data):
     with tempfile.TemporaryDirectory() as top:
-        out = Path(top, "folder", "out.bmp")
+        out = Path(top, "folder", "out.raw" if name == "y4m" else "out.bmp")
         out.parent.mkdir()
         out.write_bytes(b"old")
         path = Path(top, f"in.{name}")
@@ -130,7 +130,7 @@ def failures_of(number, name, data):
         shown = (text + message).replace(b"\r\n", b"\n").decode("utf-8", "surrogateescape")
         if not shown.replace("\n", "").isprintable():
             yield f"control characters: {shown!r}"
-        if os.listdir(out.parent) != ["out.bmp"]:
+        if os.listdir(out.parent) != [out.name]:
             yield f"left: {os.listdir(out.parent)}"
         if (out.read_bytes() == b"old") != (status == 2 or command[0] == "info"):
             yield f"status {status}, and the old file does not fit it"

@@ -24,10 +24,10 @@ class OutputFile {
     void Write(std::string_view text) {
         Write(text.data(), static_cast<std::int64_t>(text.size()));
     }
-    void Close();  // all is written, but the file has not its name yet
     void Commit();
 
   private:
+    void Close();
     [[noreturn]] void Fail(std::string_view step) const;
 
     std::string name_;

@@ -25,7 +25,7 @@ struct UnfinishedRecord {
 };
 struct OpenFolder {
     explicit OpenFolder(const std::string& path)
-        : descriptor(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {}
+        : descriptor(open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC)) {}
     OpenFolder(const OpenFolder&) = delete;
     OpenFolder& operator=(const OpenFolder&) = delete;
     ~OpenFolder() {
@@ -83,22 +83,10 @@ class SignalsHeld {
     sigset_t before_;
 };
 
-// The pictures of a series share one.
-std::shared_ptr<const OpenFolder> FolderAt(const std::string& path) {
-    static std::weak_ptr<const OpenFolder> last;
-    static std::string last_path;
-    std::shared_ptr<const OpenFolder> folder = last.lock();
-    if (folder && path == last_path) return folder;
-    folder = std::make_shared<OpenFolder>(path);
-    last = folder;
-    last_path = path;
-    return folder;
-}
-
 }  // namespace
 
 struct UnfinishedFile::Place {
-    std::shared_ptr<const OpenFolder> folder;
+    std::optional<OpenFolder> folder;
     std::string target;
     std::optional<struct stat> replaced;
     UnfinishedRecord* record = nullptr;  // null: nothing to remove
@@ -108,7 +96,7 @@ UnfinishedFile::UnfinishedFile(const std::string& name, const std::filesystem::p
     : name_(name), place_(std::make_unique<Place>()) {
     const auto fail = [&] { throw Error(name_, "open", "", std::strerror(errno)); };
     const std::string parent = target.parent_path().string();
-    place_->folder = FolderAt(parent.empty() ? "." : parent);
+    place_->folder.emplace(parent.empty() ? "." : parent);
     place_->target = target.filename().string();
     const int folder = place_->folder->descriptor;
     if (folder < 0) fail();
