@@ -29,7 +29,6 @@ TEST_F(Refusals, FilesThatLieOrEndEarly) {
         RawLayout layout = {};
     } cases[] = {
         {"empty.y4m", "", "is empty"},
-        {"a.y4m", "YUV4MPEG2 W4 H4", "header: YUV4MPEG2 W4 H4: the line does not end"},
         {"a.y4m", "YUV4MPEG3 W4 H4\n", "header: YUV4MPEG3 W4 H4: should be"},
         {"a.y4m", "YUV4MPEG2 W4\n", "header H"},
         {"a.y4m", "YUV4MPEG2 W0 H4\n", "header W: 0"},
@@ -39,7 +38,6 @@ TEST_F(Refusals, FilesThatLieOrEndEarly) {
         {"a.y4m", "YUV4MPEG2 W4 H4\nFRAME\nabc", "frame 0: 24 bytes: the file has only 3"},
         {"a.y4m", "YUV4MPEG2 W1 H1\nFRAME\nabcd", "frame 1: d"},
         {"a.y4m", "YUV4MPEG2 W1 H1\n", "frame: 0: the file has 0 frames"},
-        {"a.pgm", "P5 2 2 255 abc", "pixels: 4 bytes"},
         {"a.pgm", "P5 2 0 255 abc", "height: 0"},
         {"a.pgm", "P5 2 2 70000 abc", "maxval: 70000"},
         {"a.pgm", "P5 1 1 100 \xc8", "row 0: 200: is above the maxval of 100"},
@@ -58,7 +56,6 @@ TEST_F(Refusals, FilesThatLieOrEndEarly) {
         {"a.y4m", "YUV4MPEG2 W4 H4 XCOLORRANGE=WIDE\n", "header XCOLORRANGE: WIDE: is not"},
         {"a.pgm", "P5 2 2 9 abcd", "--range: is for Y4M", {{}, {}, "", Range::kFull}},
         {"a.bmp", "BM", "header: 2 bytes"},
-        {"a.bmp", bmp + no_compression + "abc", "pixels: 16 bytes"},
         {"a.bmp", bmp + std::string("\1\0\0\0", 4) + no_compression, "compression: 1"},
         {"a.bmp", runs(std::string("\2\1\1\1\0\1", 6)), "row 0: 3 pixels: the width is 2"},
         {"a.bmp", runs(std::string("\0\2\3\0\0\1", 6)), "row 0: 3 pixels: the width is 2"},
@@ -171,16 +168,8 @@ TEST(Geometry, SizesAndRectanglesAreReadAndChecked) {
                   0u);
 }
 
-// Also where it is the input.
-TEST_F(Refusals, AFileStaysUntilTheNewOneIsComplete) {
+TEST_F(Refusals, AFileMayReplaceItself) {
     const std::string path = Put("old.pgm", "P2 2 1 15 15 0");
-    {
-        OutputFile output(path);
-        output.Write("half of the new");
-    }
-    EXPECT_EQ(Get("old.pgm"), "P2 2 1 15 15 0");
-    EXPECT_EQ(FileCount(), 1u);
-
     ConvertFile({path, {}, {}}, {path, "", {}});
     EXPECT_EQ(Get("old.pgm"), std::string("P5\n2 1\n255\n\xff\0", 13));
     EXPECT_EQ(FileCount(), 1u);
