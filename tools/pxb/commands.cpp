@@ -36,7 +36,7 @@ void PaintTestCards(const OutputOptions& to, Size size, int frames) {
     CheckSize("test card", PXB_I420, size);
     const Video video{PXB_I420, size, "25:1", "p", "1:1"};
     for (int number = 0; number < frames; ++number) {
-        Frame frame{"test card", video, PaintTestCard(size, number, frames)};
+        Frame frame{"test card", video, PaintTestCard(size, number, frames), number};
         writer.Prepare(frame);
         writer.Write(frame);
     }

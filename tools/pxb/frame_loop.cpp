@@ -35,7 +35,7 @@ void WalkFrames(const InputOptions& from, FrameWriter& writer,
         if (frame) frame->number = source.taken() - 1 - first;
         return frame;
     };
-    const auto write = [&](const Frame& frame) {
+    const auto write = [&](Frame& frame) {
         writer.Write(frame);
         progress.Show(writer.frames(), frame.done);
     };

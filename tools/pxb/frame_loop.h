@@ -14,7 +14,7 @@ namespace pxb::tool {
 struct FrameSteps {
     std::function<std::optional<Frame>()> read;  // nothing: there are no more
     std::function<void(Frame&)> work;
-    std::function<void(const Frame&)> write;
+    std::function<void(Frame&)> write;
 };
 
 // The most that this build can use; 1 where it has no library for them.

@@ -1,12 +1,14 @@
 // The frames of a file, or of a series of files, one after the other.
 #pragma once
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "commands.h"
 #include "file_types.h"
+#include "output_file.h"
 #include "picture.h"
 #include "series.h"
 
@@ -19,6 +21,8 @@ struct Frame {
     std::int64_t number = 0;          // of those that are wanted, from 0 on
     std::string note = {};            // for people, about what is lost on the way
     std::optional<double> done = {};  // of all the input, when this had been read: 0 to 1
+    std::unique_ptr<OutputFile> output =
+        {};  // of a frame in a series: written, without its name yet
 };
 
 class FrameSource {

@@ -70,16 +70,20 @@ void FrameWriter::Prepare(Frame& frame) const {
     frame.video.size = frame.picture.size();
     frame.video.quality = quality_;
     if (had_alpha && !(type_.keeps_alpha && *frame.video.alpha)) frame.note = "its alpha is lost";
+    if (!series_) return;
+    frame.output = std::make_unique<OutputFile>(series_->Name(frame.number));
+    type_.write(*frame.output, frame.video, frame.picture, 0);
 }
 
-void FrameWriter::Write(const Frame& frame) {
+void FrameWriter::Write(Frame& frame) {
     if (note_.empty()) note_ = frame.note;
-    if (!output_) output_.emplace(series_ ? series_->Name(frames_) : path_);
-    type_.write(*output_, frame.video, frame.picture, series_ ? 0 : frames_);
+    if (series_) {
+        frame.output->Commit();
+    } else {
+        if (!output_) output_.emplace(path_);
+        type_.write(*output_, frame.video, frame.picture, frames_);
+    }
     ++frames_;
-    if (!series_) return;
-    output_->Commit();
-    output_.reset();
 }
 
 void FrameWriter::Commit() {

@@ -26,10 +26,12 @@ class FrameWriter {
     void Demand(PixelFormat format, std::string_view field);
 
     // Brings a frame into the format in which it will be written: that demanded, or its own if the
-    // type holds it, or the type's first that the library can make of it. Any thread may call this.
+    // type holds it, or the type's first that the library can make of it. In a series its file is
+    // written, too: compression takes longer than the rest. Any thread may call this.
     void Prepare(Frame& frame) const;
 
-    void Write(const Frame& frame);
+    // In order, and prepared. A file of a series gets its name.
+    void Write(Frame& frame);
 
     // The end of all frames. Refuses a series of which an older, longer one is left over.
     void Commit();

@@ -1,6 +1,7 @@
 // The temporary file is named through its open folder: a path that fits for the target might not for
 // a longer name beside it.
 #include <fcntl.h>
+#include <sched.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -8,6 +9,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <mutex>
 #include <optional>
 #include <utility>
 
@@ -41,7 +43,12 @@ constexpr int kMaxTries = 1000;  // of names that others have left
 
 std::atomic<UnfinishedRecord*> records;
 
+// Held while a file is made and noted down, and by the handler for good: after it no other thread
+// shall make a file that would stay.
+std::atomic_flag making = ATOMIC_FLAG_INIT;
+
 extern "C" void RemoveUnfinished(int signal) {
+    while (making.test_and_set()) sched_yield();  // its holder takes no signals, and is soon done
     for (const UnfinishedRecord* record = records; record; record = record->next)
         if (const int folder = record->folder; folder >= 0) unlinkat(folder, record->name, 0);
     std::signal(signal, SIG_DFL);
@@ -50,11 +57,13 @@ extern "C" void RemoveUnfinished(int signal) {
 
 // Signals that end a program from outside. One that is ignored, as under nohup, stays ignored.
 void RemoveWhenInterrupted() {
-    static bool done = false;
-    if (std::exchange(done, true)) return;
+    struct sigaction remove = {}, old = {};
+    remove.sa_handler = RemoveUnfinished;
+    sigfillset(&remove.sa_mask);
     for (const int signal :
          {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGXCPU, SIGALRM, SIGVTALRM, SIGPROF, SIGUSR1, SIGUSR2})
-        if (std::signal(signal, RemoveUnfinished) == SIG_IGN) std::signal(signal, SIG_IGN);
+        if (sigaction(signal, nullptr, &old) == 0 && old.sa_handler != SIG_IGN)
+            sigaction(signal, &remove, nullptr);
 }
 
 UnfinishedRecord* FreeRecord() {
@@ -67,17 +76,21 @@ UnfinishedRecord* FreeRecord() {
     return record;
 }
 
-// No signal may come between making a file and noting it down.
+// No signal may come between making a file and noting it down, in whatever thread.
 class SignalsHeld {
   public:
     SignalsHeld() {
         sigset_t all;
         sigfillset(&all);
         pthread_sigmask(SIG_BLOCK, &all, &before_);
+        while (making.test_and_set()) sched_yield();
     }
     SignalsHeld(const SignalsHeld&) = delete;
     SignalsHeld& operator=(const SignalsHeld&) = delete;
-    ~SignalsHeld() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+    ~SignalsHeld() {
+        making.clear();
+        pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+    }
 
   private:
     sigset_t before_;
@@ -116,7 +129,8 @@ UnfinishedFile::~UnfinishedFile() {
 }
 
 std::FILE* UnfinishedFile::Open() {
-    RemoveWhenInterrupted();
+    static std::once_flag once;
+    std::call_once(once, RemoveWhenInterrupted);
     const int folder = place_->folder->descriptor;
     const SignalsHeld held;
     UnfinishedRecord* const record = FreeRecord();
