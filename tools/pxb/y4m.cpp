@@ -137,7 +137,7 @@ void WriteHeader(OutputFile& output, const Video& video) {
 Picture ReadFrame444(InputFile& input, const Video& video, std::int64_t number) {
     const std::string field = "frame " + std::to_string(number);
     input.Require(std::int64_t{3} * video.size.width * video.size.height, field);
-    Picture picture(input.name(), video.format, video.size);
+    Picture picture(input.name(), video.format, video.size, Picture::Contents::kAny);
     std::vector<std::uint8_t> samples(static_cast<std::size_t>(video.size.width));
     for (std::size_t plane = 1; plane <= 3; ++plane)
         for (std::int32_t y = 0; y < video.size.height; ++y) {
