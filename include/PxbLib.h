@@ -7,21 +7,28 @@
  * A program
  *
  *     #include <PxbLib.h>
+ *     #include <stdio.h>
  *
- *     int32_t ShowFrame(uint8_t* camera_bytes) {            // one 640 x 480 frame, Y then U then V
+ *     static uint8_t camera_bytes[640 * 480 * 3 / 2];  // one frame: Y, then U, then V
+ *
+ *     int main(void) {
  *         ImageBuffer frame = {0}, screen = {0};
- *         frame.data = camera_bytes;                        // memory of the caller
+ *         frame.data = camera_bytes;                   // memory of the caller, who fills all fields
  *         frame.format = PXB_I420;
  *         frame.bitsPerPixel = 12;
  *         frame.width = frame.stride = 640;
  *         frame.height = 480;
+ *         PxbFillColor(&frame, 0x0000FF);              // red, in place of a camera
  *
- *         screen.format = PXB_RGB32;                        // memory of the library
+ *         screen.format = PXB_RGB32;                   // memory of the library
  *         screen.width = 640;
  *         screen.height = 480;
  *         int32_t result = PxbNew(&screen, 0);
  *         if (result == PXB_SUCCESS) result = PxbColorSpaceConv(&screen, &frame);
- *         // ... draw screen.height rows, screen.stride bytes apart, from screen.data ...
+ *         if (result == PXB_SUCCESS) {                 // draw screen.height rows from screen.data on
+ *             const uint8_t* pixel = PxbPixelsRGB32(&screen, 320, 240);
+ *             printf("blue %d, green %d, red %d\n", pixel[0], pixel[1], pixel[2]);
+ *         }
  *         PxbDelete(&screen);
  *         return result;
  *     }
@@ -88,9 +95,19 @@
  * Every function but the accessors returns a ResultCode. Checks run in the order in which each
  * function lists its results, and the first that fails decides. No function tests record pointers
  * for null: a pointer parameter must be valid unless its text says "may be null".
+ *
+ * Versions
+ *
+ * The header is C89 with <stdint.h>, and C++98. Programs built with it run with every later library
+ * of the same PXB_VERSION_MAJOR, which finds for them the same functions, records, codes, results
+ * and bytes. A new PXB_VERSION_MINOR may add functions, a new PXB_VERSION_PATCH does not.
  */
 #ifndef PXBLIB_H
 #define PXBLIB_H
+
+#define PXB_VERSION_MAJOR 1
+#define PXB_VERSION_MINOR 0
+#define PXB_VERSION_PATCH 0
 
 #include <stddef.h>
 #include <stdint.h>
@@ -493,7 +510,7 @@ PXB_API int32_t PXB_CALL PxbAlphaBlend(ImageBuffer* dst, const ImageBuffer* src,
 
 /* The layout of the records is part of the contract: seven words, of which the two pointers widen
  * on 64 bits. */
-#if defined(__cplusplus)
+#if defined(__cplusplus) && (__cplusplus >= 201103L || (defined(_MSC_VER) && _MSC_VER >= 1600))
 #define PXB_STATIC_ASSERT(condition, name) static_assert(condition, #name)
 #elif defined(__STDC_VERSION__) && __STDC_VERSION__ >= 201112L
 #define PXB_STATIC_ASSERT(condition, name) _Static_assert(condition, #name)
