@@ -28,3 +28,8 @@ endif()
 if(PXB_X86_32)
     target_compile_options(pxb_library_flags INTERFACE -march=i686 -mstackrealign)
 endif()
+
+# Debug information of releases: the lines, and of the library's front ends also what they declare,
+# which the check on the binary interface reads. It names no folder of the machine that builds.
+set(PXB_DEBUG_LINES $<$<CONFIG:Release>:-g1> -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
+set(PXB_DEBUG_ALL $<$<CONFIG:Release>:-g> -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)

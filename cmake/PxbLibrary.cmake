@@ -1,13 +1,15 @@
-# The product: PxbLib.dll with its two import libraries, or libPxbLib.so. Exactly the names in
+# The product: PxbLib.dll with its two import libraries, or libPxbLib.so.1, to which libPxbLib.so
+# leads. Exactly the names in
 # exports.def leave it; C++ and compiler run-time libraries are linked in.
 set(PXB_EXPORTS ${PROJECT_SOURCE_DIR}/cmake/exports.def)
 
 add_library(PxbLib SHARED)
 target_link_libraries(PxbLib PRIVATE pxb_objects)
 target_link_options(PxbLib PRIVATE -Wl,--gc-sections)
-target_include_directories(PxbLib PUBLIC
-    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:include>)
+target_include_directories(PxbLib PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>)
 set_target_properties(PxbLib PROPERTIES
+    VERSION ${PROJECT_VERSION}
+    SOVERSION ${PROJECT_VERSION_MAJOR}
     LINKER_LANGUAGE CXX
     LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}
     RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}
@@ -32,3 +34,4 @@ elseif(NOT PXB_SANITIZE)
         -static-libstdc++ -static-libgcc)
     set_target_properties(PxbLib PROPERTIES LINK_DEPENDS ${PXB_VERSION_SCRIPT})
 endif()
+pxb_install(PxbLib "${PROJECT_DESCRIPTION}")

@@ -36,6 +36,7 @@ target_compile_options(pxb_objects PRIVATE ${PXB_SIMD_FLAGS_baseline})
 foreach(simd IN LISTS PXB_SIMD_TARGETS)
     add_library(pxb_objects_${simd} OBJECT)
     pxb_compile_for(pxb_objects_${simd} ${simd})
+    target_compile_options(pxb_objects_${simd} PRIVATE ${PXB_DEBUG_LINES})
     target_sources(pxb_objects INTERFACE $<TARGET_OBJECTS:pxb_objects_${simd}>)
 endforeach()
 

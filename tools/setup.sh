@@ -1,14 +1,17 @@
 #!/bin/bash
-# usage: setup.sh GROUP...    (format, build, demo, test, bench)
+# usage: setup.sh GROUP...    (format, build, package, demo, test, bench)
 # Installs what is missing on Debian 12, as root or with sudo. Fast when nothing is.
 set -euo pipefail
 
 packages_build=(build-essential cmake ninja-build libcli11-dev libpng-dev libjpeg-dev libtbb-dev)
-packages_test=(
+packages_package=(
     g++-multilib libpng16-16:i386 libjpeg62-turbo:i386 libtbb12:i386  # 32-bit Linux
     g++-mingw-w64-i686-posix llvm       # 32-bit Windows; llvm-dlltool writes PxbLib.lib
+    file)                               # with it CPack looks for binaries
+packages_test=("${packages_package[@]}"
     wine wine32:i386
     clang lld                           # programs for Microsoft's ABI
+    pkgconf abigail-tools
     googletest                          # as source: built for each target
     netpbm                              # other decoders of pictures
     qemu-user python3 clang-format clang-tidy
@@ -23,7 +26,8 @@ packages_bench=(
 wanted=()
 for group; do
     case $group in
-        format | build | demo | test | bench) declare -n group_packages=packages_$group ;;
+        format | build | package | demo | test | bench)
+            declare -n group_packages=packages_$group ;;
         *) echo "setup.sh: unknown group '$group'" >&2; exit 2 ;;
     esac
     wanted+=("${group_packages[@]}")
