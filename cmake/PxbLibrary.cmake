@@ -28,7 +28,7 @@ elseif(NOT PXB_SANITIZE)
     file(STRINGS ${PXB_EXPORTS} exports REGEX "^ +Pxb")
     string(REGEX REPLACE " +" " " exports "${exports}")
     set(PXB_VERSION_SCRIPT ${PROJECT_BINARY_DIR}/exports.map)
-    file(WRITE ${PXB_VERSION_SCRIPT} "{ global:${exports}; local: *; };\n")
+    file(CONFIGURE OUTPUT ${PXB_VERSION_SCRIPT} CONTENT "{ global:${exports}; local: *; };\n")
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PXB_EXPORTS})
     target_link_options(PxbLib PRIVATE -Wl,--version-script=${PXB_VERSION_SCRIPT} -Wl,--no-undefined
         -static-libstdc++ -static-libgcc)
