@@ -69,20 +69,20 @@ fi
 
 # Packages do not change by being made again, and do not name this folder.
 sleep 1
-pack again -G "$(cd packages && case $(ls) in *.zip*) echo ZIP ;; *) echo TGZ ;; esac)"
+if [ -n "$run_program" ]; then pack again -G ZIP; else pack again -G TGZ; fi
 for archive in again/PxbLib-*; do cmp "$archive" "packages/${archive##*/}"; done
 ! grep -rF "$sources" "$unpacked" || fail "packages name $sources"
 
 if [ -n "$run_program" ]; then
     for file in PxbLib.dll pxb.exe; do
         version=$(sed -n 's/^set(PACKAGE_VERSION "\(.*\)")/\1/p' "$build/PxbLibConfigVersion.cmake")
-        strings -el "$unpacked/bin/$file" | grep -A 1 -x FileVersion | grep -qx "$version" ||
+        strings -el "$unpacked/bin/$file" | grep -A 1 -x FileVersion | grep -x "$version" ||
             fail "$file has no resource that names version $version"
     done
 else
     library=$unpacked/lib/libPxbLib.so
-    readelf -d "$library" | grep -qF 'soname: [libPxbLib.so.1]' || fail "no soname"
-    ! nm "$library" 2>/dev/null | grep -q . || fail "the library is not stripped"
+    readelf -d "$library" | grep -F 'soname: [libPxbLib.so.1]' || fail "no soname"
+    [ -z "$(nm "$library" 2>&1 | grep ' PxbNew$')" ] || fail "the library is not stripped"
     place=$(addr2line -e "$library" "$(nm -D "$library" | sed -n 's/ T PxbNew$//p')")
     [[ $place == */core/buffer.cpp:* ]] || fail "debug information knows PxbNew as $place"
 fi
