@@ -55,7 +55,8 @@ std::int32_t RotationByReference(const ImageBuffer& dst, const ImageBuffer& src,
 
 // By itself: the guard gives back the x87 registers as they were, so none may be in use around it.
 __attribute__((noinline)) void ComputeTurn(Turn* turn) {
-    plain::ComputeSineAndCosine((turn->angle / 180.0) * 3.1415926535898, &turn->sine, &turn->cosine);
+    plain::ComputeSineAndCosine((turn->angle / 180.0) * 3.1415926535898, &turn->sine,
+                                &turn->cosine);
 }
 
 }  // namespace
