@@ -1,4 +1,4 @@
-// PxbRotate: exact sines, and sources too large for the usual arithmetic.
+// PxbRotate: exact sines, every whole angle, and sources too large for the usual arithmetic.
 #include <gtest/gtest.h>
 
 #include <bit>
@@ -40,29 +40,45 @@ TEST(Rotate, SineAndCosineAreCorrectlyRounded) {
     EXPECT_EQ(hash.Value(), 0x349EA6687C1FEBF3u);  // of 300-bit arithmetic
 }
 
+void ExpectTheTurnOfTheReference(int format, Size size, Size most, int angle) {
+    SCOPED_TRACE(testing::Message() << kFormatNames[format] << ", " << size.width << " x "
+                                    << size.height << ", angle " << angle);
+    const Image src(format, size, 1);
+    const Size swapped = {size.height, size.width}, whole = angle % 180 == 90 ? swapped : size;
+    const Size cut = {std::min(whole.width, most.width), std::min(whole.height, most.height)};
+    Image dst(format, angle == 180 ? size : cut, 2), wanted(format, angle == 180 ? size : cut, 2);
+    const Turn turn = TurnOf(angle);
+    {
+        const FloatGuard guard;
+        RotateByReference(wanted.record, src.record, turn);
+    }
+    ASSERT_EQ(PxbRotate(&dst.record, &src.record, angle), PXB_SUCCESS);
+    ASSERT_TRUE(dst == wanted);
+}
+
+TEST(Rotate, EveryWholeAngleAsTheReference) {
+    for (const Variant& variant : RunnableVariants()) {
+        SCOPED_TRACE(variant.name);
+        const ForcedProcessor forced(variant.words);
+        for (const int format : {PXB_RGB24, PXB_RGB32}) {
+            for (int angle = -720; angle <= 720; ++angle)
+                ExpectTheTurnOfTheReference(format, {37, 23}, {64, 64}, angle);
+            for (std::uint32_t i = 1; i <= 200; ++i)
+                ExpectTheTurnOfTheReference(format, {23, 37}, {64, 64}, AngleNumber(i));
+        }
+    }
+}
+
 // Coordinates that 32 bits of 16.16 cannot hold, and strides that 16 bits cannot.
 TEST(Rotate, LargeSourcesAsTheReference) {
-    for (const Variant& variant : RunnableVariants())
+    for (const Variant& variant : RunnableVariants()) {
+        SCOPED_TRACE(variant.name);
+        const ForcedProcessor forced(variant.words);
         for (const int format : {PXB_RGB24, PXB_RGB32})
             for (const Size size : {Size{33000, 2}, Size{2, 33000}, Size{11000, 3}})
-                for (const int angle : {45, 90, 180, 359}) {
-                    SCOPED_TRACE(testing::Message() << variant.name << ", " << kFormatNames[format]
-                                                    << ", " << size.width << ", angle " << angle);
-                    const ForcedProcessor forced(variant.words);
-                    const Image src(format, size, 1);
-                    const int width = std::min(size.width, 40), height = std::min(size.height, 40);
-                    const Size cut = angle == 90    ? Size{height, width}
-                                     : angle == 180 ? size
-                                                    : Size{width, height};
-                    Image dst(format, cut, 2), wanted(format, cut, 2);
-                    const Turn turn = TurnOf(angle);
-                    {
-                        const FloatGuard guard;
-                        RotateByReference(wanted.record, src.record, turn);
-                    }
-                    ASSERT_EQ(PxbRotate(&dst.record, &src.record, angle), PXB_SUCCESS);
-                    ASSERT_TRUE(dst == wanted);
-                }
+                for (const int angle : {45, 90, 180, 359})
+                    ExpectTheTurnOfTheReference(format, size, {40, 40}, angle);
+    }
 }
 
 }  // namespace
