@@ -36,7 +36,7 @@ int BytesOfPixel(int format, int bits) {
 Visited VisitedBy(const ImageBuffer& image, const Rect& rect, int dst_bits) {
     const Int bytes = BytesOfPixel(image.format, image.bitsPerPixel), stride = image.stride;
     const Int bits = image.format == PXB_YUY2 ? 16 : Is420(image.format) ? 8 : dst_bits;
-    const Int luma = stride * image.height, width = rect.right - rect.left;
+    const Int luma = stride * image.height, width = Int{rect.right} - rect.left;
     const int half_top = rect.top / 2;
     Visited visited;
     if (!LiesInByModel(rect, image) || !HasPixelsByModel(image)) return visited;

@@ -12,8 +12,9 @@ using Byte = std::uint8_t;
 // A record without data, of rows `padding` bytes longer than needed; bottom_up: of negative stride.
 // Its bits are those of the first plane.
 inline ImageBuffer Describe(int format, Size size, int padding = 0, bool bottom_up = false) {
-    const int bytes = BytesPerPixel(format), row = bytes * size.width + padding;
-    const int stride = bottom_up ? -row : row;
+    const int bytes = BytesPerPixel(format);
+    const std::int64_t row = std::int64_t{bytes} * size.width + padding;
+    const auto stride = static_cast<std::int32_t>(bottom_up ? -row : row);
     return {nullptr, 8 * bytes, stride, size.width, size.height, format, nullptr};
 }
 
