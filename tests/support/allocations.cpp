@@ -76,6 +76,7 @@ int LiveAllocations() {
 FailingAllocation::FailingAllocation(int number) {
     countdown = number;
 }
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): of the one that lives
 bool FailingAllocation::HasFailed() const {
     return countdown == kNever;
 }
