@@ -13,6 +13,13 @@ struct Extent {
     std::int32_t width, height;  // pixels and rows, never negative
 };
 
+// The address `offset` bytes on. Records may claim extents that no memory of 32 bits has: such an
+// address wraps, and no row of it is ever used.
+inline Byte* Offset(Byte* data, std::int64_t offset) {
+    return reinterpret_cast<Byte*>(reinterpret_cast<std::uintptr_t>(data) +
+                                   static_cast<std::uintptr_t>(offset));
+}
+
 // YV12 and I420. Each chroma plane has height / 2 rows, chroma_stride bytes apart.
 struct Planes420 {
     Byte *y, *u, *v;
@@ -25,8 +32,8 @@ inline std::int64_t FirstPlaneBytes(const ImageBuffer& image) {
 
 inline Planes420 PlanesOf420(Byte* data, std::int32_t stride, std::int64_t luma_bytes,
                              bool v_comes_first) {
-    Byte* const first = data + luma_bytes;
-    Byte* const second = first + luma_bytes / 4;
+    Byte* const first = Offset(data, luma_bytes);
+    Byte* const second = Offset(first, luma_bytes / 4);
     return {data, v_comes_first ? second : first, v_comes_first ? first : second, stride,
             stride / 2};
 }
@@ -42,7 +49,7 @@ struct PlanesNv12 {
 };
 
 inline PlanesNv12 PlanesOfNv12(const ImageBuffer& image) {
-    return {image.data, image.data + FirstPlaneBytes(image), image.stride};
+    return {image.data, Offset(image.data, FirstPlaneBytes(image)), image.stride};
 }
 
 // YUV422 as planes: tight rows of width (u, v: width / 2) bytes.
@@ -51,8 +58,8 @@ struct Planes422 {
 };
 
 inline Planes422 PlanesOf422(Byte* data, std::int64_t width, std::int64_t height) {
-    Byte* const u = data + width * height;
-    return {data, u, u + width / 2 * height};
+    Byte* const u = Offset(data, width * height);
+    return {data, u, Offset(u, width / 2 * height)};
 }
 
 // An image with a negative extent has no pixels, nor has a planar one whose planes have a negative
