@@ -16,6 +16,7 @@ struct Extent {
 // The address `offset` bytes on. Records may claim extents that no memory of 32 bits has: such an
 // address wraps, and no row of it is ever used.
 inline Byte* Offset(Byte* data, std::int64_t offset) {
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): sums of pointers must not overflow
     return reinterpret_cast<Byte*>(reinterpret_cast<std::uintptr_t>(data) +
                                    static_cast<std::uintptr_t>(offset));
 }

@@ -6,6 +6,11 @@
 #include "support/effort.h"
 
 namespace pxb::test {
+
+static void PrintTo(const Property& property, std::ostream* out) {
+    *out << property.name;
+}
+
 namespace {
 
 class AnyArguments : public testing::TestWithParam<Property> {};
