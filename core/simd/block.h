@@ -95,10 +95,10 @@ struct Block : R {
     }
     template <int kByte>
     static PXB_INLINE Bytes TakeByte(const Pixels& a) {
-        const auto byte = [&](int i) PXB_INLINE_LAMBDA {
-            return R::And(R::template ShiftRight32<8 * kByte>(a.quarter[i]), R::Set32(0xFF));
+        const auto pair = [&](int i) PXB_INLINE_LAMBDA {
+            return EveryOther<kByte % 2>({a.quarter[i]}, {a.quarter[i + 1]});
         };
-        return {R::PackBytes(R::PackWords(byte(0), byte(1)), R::PackWords(byte(2), byte(3)))};
+        return EveryOther<kByte / 2>(pair(0), pair(2));
     }
     static PXB_INLINE Bytes Reverse(Bytes a) {
         const Register words = SwapWords(R::ReverseLanes(a.all));
@@ -136,6 +136,10 @@ struct Block : R {
     }
 
   private:
+    template <int kFirst>
+    static PXB_INLINE Bytes EveryOther(Bytes a, Bytes b) {
+        return kFirst == 0 ? Evens(a, b) : Odds(a, b);
+    }
     // Of words w w for each pixel: the second odd byte of a pixel is X.
     static PXB_INLINE Weights WithoutX(Register twice) {
         return {twice, R::And(twice, R::Set32(0xFFFF))};
