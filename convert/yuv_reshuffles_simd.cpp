@@ -44,12 +44,17 @@ void ConvertYuy2ToYuv420(Byte* y, Byte* u, Byte* v, std::int32_t y_stride,
 
 void ConvertYuy2ToYuv422(Byte* y, Byte* u, Byte* v, const Byte* yuy2, std::int32_t height,
                          std::int32_t half_width) {
-    const std::ptrdiff_t pixels = std::ptrdiff_t{2} * height * half_width;
-    const Writer write(pixels, 1);
-    write.To(y, u, v).ForPairs(pixels, [=]<class V>(std::ptrdiff_t x) PXB_INLINE_LAMBDA {
-        const auto low = V::Load(yuy2 + 2 * x), high = V::Load(yuy2 + 2 * x + V::kPixels);
-        V::Store(y + x, V::Evens(low, high));
-        V::StorePairs(u + x / 2, v + x / 2, V::Odds(low, high));
+    const std::ptrdiff_t pairs = std::ptrdiff_t{height} * half_width;
+    const Writer write(2 * pairs, 1);
+    write.To(y, u, v).ForPixels(pairs, [=]<class V>(std::ptrdiff_t x) PXB_INLINE_LAMBDA {
+        const auto load = [=](int i)
+                              PXB_INLINE_LAMBDA { return V::Load(yuy2 + 4 * x + i * V::kPixels); };
+        const auto a = load(0), b = load(1), c = load(2), d = load(3);
+        V::Store(y + 2 * x, V::Evens(a, b));
+        V::Store(y + 2 * x + V::kPixels, V::Evens(c, d));
+        const auto low = V::Odds(a, b), high = V::Odds(c, d);
+        V::Store(u + x, V::Evens(low, high));
+        V::Store(v + x, V::Odds(low, high));
     });
 }
 

@@ -58,12 +58,12 @@ struct Scalar {
     }
 
     static PXB_INLINE Bytes Evens(const Bytes& a, const Bytes& b) {
-        static_assert(kCount == 2);
-        return {{a.at[0], b.at[0]}};
+        if constexpr (kCount == 2) return {{a.at[0], b.at[0]}};
+        return a;
     }
     static PXB_INLINE Bytes Odds(const Bytes& a, const Bytes& b) {
-        static_assert(kCount == 2);
-        return {{a.at[1], b.at[1]}};
+        if constexpr (kCount == 2) return {{a.at[1], b.at[1]}};
+        return b;
     }
     static PXB_INLINE Bytes Average(const Bytes& a, const Bytes& b) {
         Bytes bytes;

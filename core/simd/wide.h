@@ -32,7 +32,7 @@
 // Leave                      after the last row: stores become visible to other threads, and MMX
 //                            hands the floating-point registers back
 //
-// Scalar<1> has nothing that works on pairs. No operation touches memory outside its pixels.
+// Of what works on pairs, Scalar<1> has Evens and Odds alone. No operation touches memory outside its pixels.
 #pragma once
 #include "core/simd/scalar.h"
 
