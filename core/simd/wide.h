@@ -32,7 +32,8 @@
 // Leave                      after the last row: stores become visible to other threads, and MMX
 //                            hands the floating-point registers back
 //
-// Of what works on pairs, Scalar<1> has Evens and Odds alone. No operation touches memory outside its pixels.
+// Of what works on pairs, Scalar<1> has Evens and Odds alone. No operation touches memory outside its
+// pixels.
 #pragma once
 #include "core/simd/scalar.h"
 

@@ -55,14 +55,15 @@ extern "C" void RemoveUnfinished(int signal) {
     std::raise(signal);
 }
 
-// Signals that end a program from outside. One that is ignored, as under nohup, stays ignored.
+// Signals that end a program from outside. One that is ignored, as under nohup, stays ignored, and
+// one that the program handles stays with it: a fuzzer measures time by SIGALRM.
 void RemoveWhenInterrupted() {
     struct sigaction remove = {}, old = {};
     remove.sa_handler = RemoveUnfinished;
     sigfillset(&remove.sa_mask);
     for (const int signal :
          {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGXCPU, SIGALRM, SIGVTALRM, SIGPROF, SIGUSR1, SIGUSR2})
-        if (sigaction(signal, nullptr, &old) == 0 && old.sa_handler != SIG_IGN)
+        if (sigaction(signal, nullptr, &old) == 0 && old.sa_handler == SIG_DFL)
             sigaction(signal, &remove, nullptr);
 }
 
