@@ -1,11 +1,13 @@
-// Nothing is done about signals: an open file could not be removed.
+// The file is marked for deletion from the start, until it is renamed: however the program ends, the
+// system removes it.
 #include <fcntl.h>
 #include <io.h>
 #include <process.h>
-#include <sys/stat.h>
+#include <windows.h>
 
 #include <cerrno>
 #include <cstring>
+#include <system_error>
 
 #include "error.h"
 #include "paths.h"
@@ -17,10 +19,31 @@ namespace {
 constexpr int kMaxTries = 1000;  // of names that others have left
 constexpr int kExists = 0, kMayWrite = 2;
 
+bool Mark(HANDLE file, bool deleted) {
+    FILE_DISPOSITION_INFO mark = {deleted};
+    return SetFileInformationByHandle(file, FileDispositionInfo, &mark, sizeof(mark));
+}
+
+std::string LastError() {
+    return std::system_category().message(static_cast<int>(GetLastError()));
+}
+
+// The stream's handle, or INVALID_HANDLE_VALUE.
+HANDLE Create(const std::filesystem::path& path) {
+    return CreateFileW(path.c_str(), GENERIC_WRITE | DELETE, FILE_SHARE_READ, nullptr, CREATE_NEW,
+                       FILE_ATTRIBUTE_NORMAL, nullptr);
+}
+
 }  // namespace
 
 struct UnfinishedFile::Place {
-    std::filesystem::path target, file;  // the file's is empty where there is nothing to remove
+    std::filesystem::path target, file;
+    HANDLE handle = INVALID_HANDLE_VALUE;  // of the file, beside that of the stream
+
+    void Close() {
+        if (handle != INVALID_HANDLE_VALUE) CloseHandle(handle);
+        handle = INVALID_HANDLE_VALUE;
+    }
 };
 
 UnfinishedFile::UnfinishedFile(const std::string& name, const std::filesystem::path& target)
@@ -33,32 +56,40 @@ UnfinishedFile::UnfinishedFile(const std::string& name, const std::filesystem::p
 }
 
 UnfinishedFile::~UnfinishedFile() {
-    std::error_code error;
-    if (!place_->file.empty()) std::filesystem::remove(place_->file, error);
+    place_->Close();
 }
 
 std::FILE* UnfinishedFile::Open() {
-    std::filesystem::path path;
-    int file = -1;
-    for (int number = 0; file < 0 && number < kMaxTries; ++number) {
-        path = place_->target.parent_path() /
-               ("pxb-" + std::to_string(_getpid()) + "-" + std::to_string(number) + ".tmp");
-        file =
-            _wopen(path.c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY, _S_IREAD | _S_IWRITE);
-        if (file < 0 && errno != EEXIST) break;
+    HANDLE file = INVALID_HANDLE_VALUE;
+    for (int number = 0; file == INVALID_HANDLE_VALUE && number < kMaxTries; ++number) {
+        place_->file = place_->target.parent_path() /
+                       ("pxb-" + std::to_string(_getpid()) + "-" + std::to_string(number) + ".tmp");
+        file = Create(place_->file);
+        if (file == INVALID_HANDLE_VALUE && GetLastError() != ERROR_FILE_EXISTS) break;
     }
-    std::FILE* const stream = file < 0 ? nullptr : _fdopen(file, "wb");
+    if (file == INVALID_HANDLE_VALUE || !Mark(file, true) ||
+        !DuplicateHandle(GetCurrentProcess(), file, GetCurrentProcess(), &place_->handle, 0, FALSE,
+                         DUPLICATE_SAME_ACCESS))
+        throw Error(name_, "create beside it", NameOf(place_->file.filename()), LastError());
+    const int number = _open_osfhandle(reinterpret_cast<std::intptr_t>(file), _O_BINARY);
+    std::FILE* const stream = number < 0 ? nullptr : _fdopen(number, "wb");
     if (!stream)
-        throw Error(name_, "create beside it", NameOf(path.filename()), std::strerror(errno));
-    place_->file = path;
+        throw Error(name_, "create beside it", NameOf(place_->file.filename()),
+                    std::strerror(errno));
     return stream;
 }
 
 void UnfinishedFile::Rename() {
+    const bool stays = Mark(place_->handle, false);
+    const std::string why = LastError();
+    place_->Close();
+    if (!stays) throw Error(name_, "keep", NameOf(place_->file), why);
     std::error_code error;
     std::filesystem::rename(place_->file, place_->target, error);
-    if (error) throw Error(name_, "rename", NameOf(place_->file), error.message());
-    place_->file.clear();
+    if (!error) return;
+    std::error_code ignored;
+    std::filesystem::remove(place_->file, ignored);
+    throw Error(name_, "rename", NameOf(place_->file), error.message());
 }
 
 }  // namespace pxb::tool
