@@ -13,8 +13,8 @@
 namespace pxb::test {
 namespace {
 
-constexpr std::size_t kArea = std::size_t{1} << 18;
-constexpr Int kMargin = 2048;  // that is compared around an image
+constexpr std::size_t kArea = std::size_t{1} << 19;  // for 200 x 200 pixels of 8 bytes
+constexpr Int kMargin = 2048;                        // that is compared around an image
 constexpr int kContents = 1 << 16;
 
 const Byte* NoiseAt(std::size_t at) {
