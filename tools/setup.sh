@@ -14,6 +14,7 @@ packages_test=("${packages_package[@]}"
     pkgconf abigail-tools
     googletest                          # as source: built for each target
     netpbm                              # other decoders of pictures
+    procps                              # pkill
     qemu-user python3 clang-format clang-tidy
     libxxhash-dev                       # the manifest's hash, from its header
     nlohmann-json3-dev)                 # the benchmark, without its peers

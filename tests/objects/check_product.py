@@ -1,6 +1,6 @@
 """usage: check_product.py --nm NM --objdump OBJDUMP --bits 32|64 --exports exports.def
                         --header PxbLib.h --sources FOLDER --objects OBJECT... --
-                        LIBRARY [IMPORT_LIBRARY...]
+                        PRODUCT [IMPORT_LIBRARY...]
 
 The linked library: every function keeps to the registers of its namespace, linked-in run-time
 libraries included; it holds no kernel that no call can choose; exactly the listed names leave it,
@@ -100,7 +100,7 @@ def interface_faults(library: Binary, listed: set[str], declared: set[str]) -> I
 def main() -> int:
     parser = option_parser("--exports", "--header", "--sources")
     parser.add_argument("--objects", nargs="*", default=[])
-    parser.add_argument("library")
+    parser.add_argument("product")
     parser.add_argument("import_libraries", nargs="*")
     options = parser.parse_args()
 
@@ -108,7 +108,7 @@ def main() -> int:
     declared = set(re.findall(r"^PXB_API .*\bPXB_CALL (\w+)\(", Path(options.header).read_text(),
                               re.M))
     library, *import_libraries = [Binary(path, options.nm, options.objdump)
-                                  for path in [options.library, *options.import_libraries]]
+                                  for path in [options.product, *options.import_libraries]]
     objects = [Binary(path, options.nm, options.objdump) for path in options.objects]
     found = [*register_faults(library, options.bits), *writable_faults(library),
              *unreachable_kernels(library, Path(options.sources)),
@@ -116,7 +116,7 @@ def main() -> int:
              *hidden_functions(objects, listed, declared)]
     for binary in import_libraries:
         found += differences(listed, binary.offers(), Path(binary.path).name)
-    print(*found, f"{options.library}: {len(listed)} names, {len(found)} faults", sep="\n")
+    print(*found, f"{options.product}: {len(listed)} names, {len(found)} faults", sep="\n")
     return bool(found)
 
 

@@ -1,5 +1,5 @@
 """usage: planted_faults.py --nm NM --objdump OBJDUMP --bits 32|64 --exports exports.def
-                         --header PxbLib.h --sources FOLDER --windows 0|1 --library LIBRARY
+                         --header PxbLib.h --sources FOLDER --windows 0|1 --product PRODUCT
                          --import-libraries [LIBRARY...] -- COMPILER FLAG...
 
 Compiles small sources, each with one fault that the checks in this folder are there to find, and
@@ -121,11 +121,11 @@ def outcomes(options: argparse.Namespace, folder: Path):
     shorter = folder / "shorter.def"
     shorter.write_text(Path(options.exports).read_text().replace("    PxbResize\n", ""))
     yield "PxbResize: exists and is declared, but not exported", checked_library(
-        str(shorter), "--objects", hidden, "--", options.library)
+        str(shorter), "--objects", hidden, "--", options.product)
 
     longer = folder / "exports.def"
     longer.write_text(Path(options.exports).read_text() + "    PxbExtra\n")
-    result = checked_library(str(longer), options.library, *options.import_libraries)
+    result = checked_library(str(longer), options.product, *options.import_libraries)
     yield "PxbExtra: missing from the exports", result
     yield "PxbExtra: exported but not declared", result
     for path in options.import_libraries:
@@ -133,7 +133,7 @@ def outcomes(options: argparse.Namespace, folder: Path):
 
 
 def main() -> int:
-    parser = option_parser("--exports", "--header", "--sources", "--library")
+    parser = option_parser("--exports", "--header", "--sources", "--product")
     parser.add_argument("--windows", type=int, required=True)
     parser.add_argument("--import-libraries", nargs="*", default=[])
     parser.add_argument("compiler", nargs="+")

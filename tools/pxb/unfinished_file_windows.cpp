@@ -69,8 +69,11 @@ std::FILE* UnfinishedFile::Open() {
     }
     if (file == INVALID_HANDLE_VALUE || !Mark(file, true) ||
         !DuplicateHandle(GetCurrentProcess(), file, GetCurrentProcess(), &place_->handle, 0, FALSE,
-                         DUPLICATE_SAME_ACCESS))
-        throw Error(name_, "create beside it", NameOf(place_->file.filename()), LastError());
+                         DUPLICATE_SAME_ACCESS)) {
+        const std::string why = LastError();
+        if (file != INVALID_HANDLE_VALUE) CloseHandle(file);
+        throw Error(name_, "create beside it", NameOf(place_->file.filename()), why);
+    }
     const int number = _open_osfhandle(reinterpret_cast<std::intptr_t>(file), _O_BINARY);
     std::FILE* const stream = number < 0 ? nullptr : _fdopen(number, "wb");
     if (!stream)
