@@ -90,6 +90,11 @@ struct Variants {
     Variants<decltype(plain::kernel)> {                    \
         plain::kernel, nullptr, PXB_SSE2_AND_WIDER(kernel) \
     }
+// SSE2 has no shuffle of bytes; where all depends on it, the plain kernel does as well.
+#define PXB_VARIANTS_FROM_AVX2(kernel)                                           \
+    Variants<decltype(plain::kernel)> {                                          \
+        plain::kernel, nullptr, plain::kernel PXB_WIDE_TARGETS(PXB_THEN, kernel) \
+    }
 #define PXB_SSE2_AND_WIDER(kernel) sse2::kernel PXB_WIDE_TARGETS(PXB_THEN, kernel)
 #define PXB_THEN(target, bit, kernel) , target::kernel
 

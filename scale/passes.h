@@ -38,7 +38,7 @@ PXB_DECLARE_SCALE_KERNELS(sse2)
 PXB_WIDE_TARGETS(PXB_TARGET_ALONE, PXB_DECLARE_SCALE_KERNELS)
 #undef PXB_DECLARE_SCALE_KERNELS
 
-constexpr auto kScaleNearest = PXB_VARIANTS_FROM_SSE2(ScaleNearest);
+constexpr auto kScaleNearest = PXB_VARIANTS_FROM_AVX2(ScaleNearest);
 constexpr auto kScaleBilinear = PXB_VARIANTS_FROM_SSE2(ScaleBilinear);
 constexpr auto kScaleSpline = PXB_VARIANTS_FROM_SSE2(ScaleSpline);
 

@@ -39,12 +39,14 @@ PXB_INLINE void SumRows(Byte* row, const Byte* const (&from)[4], const Byte* wei
 
 }  // namespace
 
+#if !defined(PXB_TARGET_SSE2)
 void ScaleNearest(const ScaleJob& job) {
     Scratch scratch(job);
     const CopyAcross across(job, scratch);
     ForScaledRows(job, [&](Byte* to, const Byte* src, const SourcePoint& point)
                            PXB_INLINE_LAMBDA { across(to, src + point.first * job.src_stride); });
 }
+#endif
 
 void ScaleBilinear(const ScaleJob& job) {
     Scratch scratch(job);

@@ -7,15 +7,6 @@ namespace pxb::PXB_TARGET {
 #if defined(PXB_TARGET_SSE2)
 
 // There are no shuffles of bytes.
-class CopyAcross {
-  public:
-    PXB_INLINE CopyAcross(const ScaleJob& job, Scratch) : job_(job) {}
-    PXB_INLINE void operator()(Byte* to, const Byte* row) const { CopyColumns(to, row, job_); }
-
-  private:
-    const ScaleJob& job_;
-};
-
 class BlendAcross {
   public:
     PXB_INLINE BlendAcross(const ScaleJob& job, Scratch scratch)
