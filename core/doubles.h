@@ -7,6 +7,10 @@
 #include "core/float_guard.h"
 #include "core/variants.h"
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 #if defined(__i386__)
 #define PXB_DECLARE_IN_DOUBLES(kernel, name) \
     namespace plain {                        \
@@ -43,6 +47,10 @@ PXB_INLINE std::int64_t Truncate(double value) {
 #if defined(__x86_64__)
     return static_cast<std::int64_t>(value);
 #else
+#if defined(__SSE2__)
+    const std::int32_t low = _mm_cvttsd_si32(_mm_set_sd(value));
+    if (low != INT32_MIN) return low;  // which stands for all that 32 bits cannot hold
+#endif
     // The x87 unit would have to change its rounding for each conversion, and again after it. Next to
     // 1.5 * 2^52 doubles are whole numbers, the nearest of which stands in the lower bits.
     constexpr double kWhole = 0x1.8p52;

@@ -29,7 +29,7 @@ struct Track {
 // Pixels at one end of a row: those wholly outside the source, and these together with the edge band
 // next to them, whose points lie less than a pixel outside or on the source's last pixel.
 struct Skips {
-    std::int64_t outside = 0, all = 0;
+    std::uint32_t outside = 0, all = 0;
 };
 
 struct RowSpan {

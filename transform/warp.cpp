@@ -19,7 +19,7 @@ double Coverage(double c, const Track& track) {
     if (track.direction == Direction::kResting) return 1.0;
     if (c < 0) return Larger(0.0, 1.0 + c);
     if (c < track.extent - 1) return 1.0;
-    return 1.0 - (c - static_cast<double>(Truncate(c)));
+    return 1.0 - (c - static_cast<double>(TruncateSmall(c)));
 }
 
 // Null for pixels that are not of 3 or 4 bytes.
@@ -48,10 +48,10 @@ class RowWarp {
     void Write(Byte* row) const {
         RowSpan span = {};
         if (!RowSpanClip(u_, v_, dst_.width, &span)) return;
-        const auto from_start = [](std::int64_t count) {
+        const auto from_start = [](std::uint32_t count) {
             return static_cast<std::ptrdiff_t>(count);
         };
-        const auto from_end = [&](std::int64_t count) { return dst_.width - from_start(count); };
+        const auto from_end = [&](std::uint32_t count) { return dst_.width - from_start(count); };
         const std::ptrdiff_t first = from_start(span.leading.all),
                              end = from_end(span.trailing.all);
         const FixedPoint at = {Truncate(kUnitsPerPixel * At(u_, first)),
@@ -81,13 +81,15 @@ class RowWarp {
         if (first >= end) return;
         const Byte* const pixel = src_.data + src_.RowOffset(Truncate(At(v_, first))) +
                                   src_.ColumnOffset(Truncate(At(u_, first)));
-        const int bytes = dst_.bytes_per_pixel, shared = Smaller(bytes, src_.bytes_per_pixel);
+        const int bytes = dst_.bytes_per_pixel;
         for (std::ptrdiff_t x = first; x < end; ++x) {
             const double coverage = Coverage(At(u_, x), u_) * Coverage(At(v_, x), v_);
+            const auto faded = [&](int k) {
+                return static_cast<Byte>(TruncateSmall(pixel[k] * coverage));
+            };
             Byte* const to = row + x * bytes;
-            for (int k = 0; k < shared; ++k)
-                to[k] = static_cast<Byte>(Truncate(pixel[k] * coverage));
-            if (bytes > shared) to[shared] = 0;
+            for (int k = 0; k < 3; ++k) to[k] = faded(k);
+            if (bytes == 4) to[3] = src_.bytes_per_pixel == 4 ? faded(3) : Byte{0};
         }
     }
 
