@@ -29,11 +29,12 @@ PXB_INLINE void BlendRows(Byte* row, const Byte* a, const Byte* b, int weight, s
 PXB_INLINE void SumRows(Byte* row, const Byte* const (&from)[4], const Byte* weights,
                         std::ptrdiff_t bytes, std::ptrdiff_t stride) {
     const Byte *const a = from[0], *const b = from[1], *const c = from[2], *const d = from[3];
+    const RowWeights of = {{weights[0], weights[1], weights[2], weights[3]}};
     RowWidths(false).ForPixels(bytes, [=]<class V>(std::ptrdiff_t x) PXB_INLINE_LAMBDA {
         __builtin_prefetch(d + stride + x);
         const typename V::Register rows[4] = {V::Load(a + x), V::Load(b + x), V::Load(c + x),
                                               V::Load(d + x)};
-        V::Store(row + x, V::Sum(rows, weights));
+        V::Store(row + x, V::Sum(rows, of));
     });
 }
 

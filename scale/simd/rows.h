@@ -17,6 +17,11 @@
 
 namespace pxb::PXB_TARGET {
 
+// A copy, which stores to rows cannot change: it stays in registers.
+struct RowWeights {
+    Byte of[4];
+};
+
 struct RowRegister {
     static constexpr bool kStreams = false;
     static PXB_INLINE void Leave() {}
@@ -43,11 +48,11 @@ struct XmmRow : RowRegister, Sse2Register {
         return Add8(a, PackBytes(part(ZipLow8(a, zero), ZipLow8(b, zero)),
                                  part(ZipHigh8(a, zero), ZipHigh8(b, zero))));
     }
-    static PXB_INLINE Register Sum(const Register (&rows)[4], const Byte* weights) {
+    static PXB_INLINE Register Sum(const Register (&rows)[4], const RowWeights& weights) {
         const Register zero = Zero();
         Register low = Set16(128), high = low;
         for (int k = 0; k < 4; ++k) {
-            const Register w = Set16(weights[k]);
+            const Register w = Set16(weights.of[k]);
             low = Add16(low, Mul16(ZipLow8(rows[k], zero), w));
             high = Add16(high, Mul16(ZipHigh8(rows[k], zero), w));
         }
@@ -135,9 +140,9 @@ struct FlippedRow : RowRegister, R {
         return R::PackBytes(R::HighBytes(R::MultiplyAddBytes(weights, R::ZipLow8(p, q))),
                             R::HighBytes(R::MultiplyAddBytes(weights, R::ZipHigh8(p, q))));
     }
-    static PXB_INLINE Register Sum(const Register (&rows)[4], const Byte* weights) {
-        const Register first = R::Set16(PairOf(weights[0], weights[1]));
-        const Register second = R::Set16(PairOf(weights[2], weights[3]));
+    static PXB_INLINE Register Sum(const Register (&rows)[4], const RowWeights& weights) {
+        const Register first = R::Set16(PairOf(weights.of[0], weights.of[1]));
+        const Register second = R::Set16(PairOf(weights.of[2], weights.of[3]));
         const Register a = Keep(rows[0]), b = Keep(rows[1]), c = Keep(rows[2]), d = Keep(rows[3]);
         const Register low = R::Add16(R::MultiplyAddBytes(first, R::ZipLow8(a, b)),
                                       R::MultiplyAddBytes(second, R::ZipLow8(c, d)));
@@ -164,9 +169,9 @@ struct LastBytes : RowRegister {
     static PXB_INLINE int Blend(int a, int b, int weight) {
         return Keep(a + ((b - a) * weight >> 8));
     }
-    static PXB_INLINE int Sum(const int (&rows)[4], const Byte* weights) {
+    static PXB_INLINE int Sum(const int (&rows)[4], const RowWeights& weights) {
         int sum = 128;
-        for (int k = 0; k < 4; ++k) sum += weights[k] * rows[k];
+        for (int k = 0; k < 4; ++k) sum += weights.of[k] * rows[k];
         return Keep(sum * 257 >> 16);
     }
 };
