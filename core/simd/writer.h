@@ -75,7 +75,11 @@ class WidthsOf {
         if (V::kStreams) return WhileFitting<V>(x, end, step);
         const std::ptrdiff_t last = end - V::kPixels;
         if (last < 0) return x;
-        for (; x < end; x += V::kPixels) step.template operator()<V>(x < last ? x : last);
+        while (x < end) {
+            const std::ptrdiff_t at = x < last ? x : last;
+            step.template operator()<V>(at);
+            x = at + V::kPixels;
+        }
         return end;
     }
     template <class V, class Step>
