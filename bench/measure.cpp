@@ -212,12 +212,19 @@ std::vector<const Series*> Judged(const Result& result) {
     return judged;
 }
 
+// On 64 bits the compiler gives plain kernels SSE2 registers, which are wider than those of MMX. No
+// processor there is without SSE2, so that nothing chooses MMX.
+bool IsNarrower(const Series& variant, const Series& than) {
+    return sizeof(void*) == 4 || variant.name != "plain" || than.name != "mmx";
+}
+
 std::vector<Setback> Setbacks(const Result& result) {
     constexpr double kNoise = 1.05;
     std::vector<Setback> setbacks;
     for (const Series& variant : result.series) {
         Setback worst = {&variant, nullptr, kNoise};
         for (const Series* narrower = result.series.data(); narrower != &variant; ++narrower) {
+            if (!IsNarrower(*narrower, variant)) continue;
             const double ratio =
                 std::min(variant.Median() / narrower->Median(), variant.Best() / narrower->Best());
             if (ratio > worst.ratio) worst = {&variant, narrower, ratio};
