@@ -78,7 +78,8 @@ std::vector<std::string> WriteAny(Bytes& bytes, const FileType& type, const std:
     std::vector<std::string> frames;
     OutputFile output(path);
     for (int number = 0; number < (type.many_frames ? bytes.Between(1, 3) : 1); ++number) {
-        Picture picture = tool::NoisyPicture(format, video.size, bytes.Take(1));
+        constexpr unsigned kMasks[] = {255, 15, 1, 0};
+        Picture picture = tool::NoisyPicture(format, video.size, bytes.Take(1), bytes.Pick(kMasks));
         if (!type.keeps_alpha && format == PXB_AYUV32) MakeOpaque(picture);
         type.write(output, video, picture, number);
         frames.push_back(tool::Visible(picture));
@@ -87,16 +88,33 @@ std::vector<std::string> WriteAny(Bytes& bytes, const FileType& type, const std:
     return frames;
 }
 
+std::uint32_t AnyNumber(Bytes& bytes) {
+    constexpr std::uint32_t kNumbers[] = {0,   1,     2,     15,        16,          254,
+                                          256, 65535, 65536, INT32_MAX, 0x80000000u, UINT32_MAX};
+    return bytes.OneIn(3) ? bytes.Take(4) : bytes.Pick(kNumbers);
+}
+
+// The whole number that has a digit there, or that byte.
+void ReplaceDigits(std::string& text, std::size_t at, std::uint32_t number) {
+    constexpr const char* kDigits = "0123456789";
+    const std::size_t first = text.find_last_not_of(kDigits, at) + 1;
+    const std::size_t end = std::min(text.find_first_not_of(kDigits, at), text.size());
+    text.replace(std::min(first, at), first < end ? end - first : 1, std::to_string(number));
+}
+
 // Of a file that is already there.
 void Damage(Bytes& bytes, const Scratch& file) {
     std::string all = file.Get();
     if (bytes.OneIn(4)) all.resize(bytes.Below(static_cast<int>(all.size()) + 1));
     for (int count = bytes.Between(1, 4); count > 0 && !all.empty(); --count) {
         const auto near = std::min<std::size_t>(all.size(), bytes.OneIn(4) ? 65536 : 64);
-        const int at = bytes.Below(static_cast<int>(near));
-        const std::string digits = bytes.OneIn(2) ? std::to_string(bytes.Take(4)) : std::string();
-        const auto byte = static_cast<char>(bytes.Take(1));
-        all.replace(at, 1, digits.empty() ? std::string(1, byte) : digits);
+        const int at = bytes.Below(static_cast<int>(near)), kind = bytes.Below(3);
+        const std::uint32_t number = AnyNumber(bytes);
+        if (kind == 0)
+            ReplaceDigits(all, at, number);
+        else
+            for (std::size_t i = 0; i < (kind == 1 ? 1 : 4) && at + i < all.size(); ++i)
+                all[at + i] = static_cast<char>(number >> 8 * i);
     }
     file.Put(all + bytes.Rest());
 }
